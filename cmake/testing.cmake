@@ -1,0 +1,18 @@
+# GoogleTest is built from its sources with the flags of the preset, so that the sanitizers and the
+# 32-bit build see it as they see the library.
+set(INSTALL_GTEST OFF)
+add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+
+# orvane_add_test(NAME SOURCES file... LIBRARIES target...)
+#
+# One test program, run by CTest as a whole (under Wine for Windows).
+function(orvane_add_test name)
+    cmake_parse_arguments(TEST "" "" "SOURCES;LIBRARIES" ${ARGN})
+    add_executable(${name} ${TEST_SOURCES})
+    target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR}/tests)
+    target_link_libraries(${name} PRIVATE ${TEST_LIBRARIES} orvane_warnings GTest::gtest_main
+                                          GTest::gmock)
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+endfunction()
