@@ -1,0 +1,128 @@
+#pragma once
+
+#include "platform/handles.h"
+#include "platform/operation.h"
+
+#include <array>
+
+namespace orvane::platform {
+
+/// How `CreateFileA` opens (the platform's own access bits and dispositions).
+enum class FileAccess : std::uint32_t { read = 0x80000000, write = 0x40000000, readWrite = 0xC0000000 };
+enum class FileDisposition : std::uint32_t {
+    createNew = 1,     ///< fails with `kErrorFileExists` when the name is taken
+    createAlways = 2,
+    openExisting = 3,
+    openAlways = 4
+};
+
+inline constexpr std::uint32_t kInvalidFileAttributes = 0xFFFFFFFF;
+inline constexpr std::uint32_t kFileAttributeDirectory = 0x10;
+
+/// Memory figures in bytes, with the percentage in use (`MEMORYSTATUSEX`).
+struct MemoryStatus {
+    std::uint32_t memoryLoad = 0;
+    std::uint64_t totalPhysical = 0;
+    std::uint64_t availablePhysical = 0;
+    std::uint64_t totalPageFile = 0;
+    std::uint64_t availablePageFile = 0;
+    std::uint64_t totalVirtual = 0;
+    std::uint64_t availableVirtual = 0;
+};
+void describe(std::string& out, const MemoryStatus& status);
+
+/// The host system (`OSVERSIONINFOA`): `platformId` 1 is the 9x line, 2 the NT line.
+/// `systemName` is the platform's own long name where it has one ("Debian GNU/Linux 12 (bookworm)"),
+/// else empty.
+struct SystemVersion {
+    std::uint32_t major = 0;
+    std::uint32_t minor = 0;
+    std::uint32_t build = 0;
+    std::uint32_t platformId = 0;
+    std::string servicePack;
+    std::string systemName;
+};
+void describe(std::string& out, const SystemVersion& version);
+
+/// Names and texts are in the ANSI code page, as the `A` entry points take them.
+struct Kernel32 {
+    Operation<FileHandle(const std::string& fileName, FileAccess access, FileDisposition disposition)>
+        CreateFileA{"kernel32", "CreateFileA", FileHandle::none, kErrorFileNotFound,
+                    {"file", Holding::kResult}};
+    /// Reads up to `buffer.size()` bytes at the file's position; `read` 0 is the end of the file.
+    Operation<bool(FileHandle file, std::span<std::uint8_t> buffer, std::uint32_t& read)> ReadFile{
+        "kernel32", "ReadFile", false, kErrorInvalidFunction};
+    Operation<bool(FileHandle file, std::span<const std::uint8_t> data, std::uint32_t& written)>
+        WriteFile{"kernel32", "WriteFile", false, kErrorDiskFull};
+    /// Moves the file's position, counted from 0 at the file's start.
+    Operation<bool(FileHandle file, std::int64_t position)> SetFilePointer{
+        "kernel32", "SetFilePointer", false, kErrorInvalidParameter};
+    /// The file's length in bytes, or -1.
+    Operation<std::int64_t(FileHandle file)> GetFileSize{"kernel32", "GetFileSize", -1,
+                                                         kErrorInvalidHandle};
+    Operation<bool(FileHandle file)> CloseHandle{"kernel32", "CloseHandle", false,
+                                                 kErrorInvalidHandle,
+                                                 {"file", Holding::kNothing, 0}};
+    Operation<bool(const std::string& fileName)> DeleteFileA{"kernel32", "DeleteFileA", false,
+                                                             kErrorAccessDenied};
+    /// Attribute bits, or `kInvalidFileAttributes`.
+    Operation<std::uint32_t(const std::string& fileName)> GetFileAttributesA{
+        "kernel32", "GetFileAttributesA", kInvalidFileAttributes, kErrorFileNotFound};
+    Operation<bool(const std::string& path)> CreateDirectoryA{"kernel32", "CreateDirectoryA", false,
+                                                              kErrorAccessDenied};
+    /// The system's temporary folder with a separator at its end, or empty.
+    Operation<std::string()> GetTempPathA{"kernel32", "GetTempPathA", {}, kErrorPathNotFound};
+    /// Creates an empty file of a new name in `folder`, exclusively; its full name, or empty.
+    Operation<std::string(const std::string& folder, const std::string& prefix)> GetTempFileNameA{
+        "kernel32", "GetTempFileNameA", {}, kErrorAccessDenied};
+    Operation<std::string(const std::string& name)> GetFullPathNameA{"kernel32", "GetFullPathNameA",
+                                                                     {}, kErrorInvalidName};
+    Operation<std::string(const std::string& name)> GetLongPathNameA{"kernel32", "GetLongPathNameA",
+                                                                     {}, kErrorFileNotFound};
+    /// The process's command line; the platform owns it.
+    Operation<const char16_t*()> GetCommandLineW{"kernel32", "GetCommandLineW", nullptr, 0};
+    /// A loaded module's file name; `ModuleHandle::none` is the host's executable.
+    Operation<std::string(ModuleHandle module)> GetModuleFileNameA{"kernel32", "GetModuleFileNameA",
+                                                                   {}, kErrorModuleNotFound};
+    Operation<ModuleHandle(const std::string& moduleName)> GetModuleHandleA{
+        "kernel32", "GetModuleHandleA", ModuleHandle::none, kErrorModuleNotFound};
+    Operation<std::string()> GetComputerNameA{"kernel32", "GetComputerNameA", {}, kErrorInvalidFunction};
+    Operation<bool(MemoryStatus& status)> GlobalMemoryStatusEx{"kernel32", "GlobalMemoryStatusEx",
+                                                               false, kErrorInvalidFunction};
+    Operation<bool(SystemVersion& version)> GetVersionExA{"kernel32", "GetVersionExA", false,
+                                                          kErrorInvalidFunction};
+    /// The text of an error number, from `module`'s message table or, with none, the system's.
+    Operation<std::string(ModuleHandle module, std::uint32_t number)> FormatMessageA{
+        "kernel32", "FormatMessageA", {}, kErrorInvalidParameter};
+    Operation<void(const std::string& text)> OutputDebugStringA{"kernel32", "OutputDebugStringA"};
+    /// Milliseconds since the system started.
+    Operation<std::uint32_t()> GetTickCount{"kernel32", "GetTickCount"};
+    /// 100-nanosecond steps since 1601-01-01 UTC.
+    Operation<std::uint64_t()> GetSystemTimeAsFileTime{"kernel32", "GetSystemTimeAsFileTime"};
+    /// A slot with one pointer a thread. `onThreadEnd` gets each non-null pointer when its thread
+    /// ends; it may only free memory.
+    Operation<std::uint32_t(void (*onThreadEnd)(void* value))> TlsAlloc{"kernel32", "TlsAlloc",
+                                                                        0xFFFFFFFF, kErrorNotEnoughMemory};
+    Operation<bool(std::uint32_t slot)> TlsFree{"kernel32", "TlsFree", false, kErrorInvalidParameter};
+    Operation<void*(std::uint32_t slot)> TlsGetValue{"kernel32", "TlsGetValue", nullptr, 0};
+    Operation<bool(std::uint32_t slot, void* value)> TlsSetValue{"kernel32", "TlsSetValue", false,
+                                                                 kErrorNotEnoughMemory};
+
+    template <class Visitor>
+    constexpr void visit(Visitor&& visitor) {
+        visitor(CreateFileA, ReadFile, WriteFile, SetFilePointer, GetFileSize, CloseHandle,
+                DeleteFileA, GetFileAttributesA, CreateDirectoryA, GetTempPathA, GetTempFileNameA,
+                GetFullPathNameA, GetLongPathNameA, GetCommandLineW, GetModuleFileNameA,
+                GetModuleHandleA, GetComputerNameA, GlobalMemoryStatusEx, GetVersionExA,
+                FormatMessageA, OutputDebugStringA, GetTickCount, GetSystemTimeAsFileTime, TlsAlloc,
+                TlsFree, TlsGetValue, TlsSetValue);
+    }
+};
+extern Kernel32 kernel32;
+
+/// The 256 units of the ANSI and of the OEM code page: 1251 and 866 on Linux, the system's on
+/// Windows. Every byte has exactly one unit.
+const std::array<char16_t, 256>& ansiCodePage();
+const std::array<char16_t, 256>& oemCodePage();
+
+}  // namespace orvane::platform
