@@ -1,0 +1,171 @@
+#include "platform/linux/codecs/decoders.h"
+
+#include <csetjmp>
+#include <cstdio>
+
+#include <jerror.h>
+#include <jpeglib.h>
+
+// JPEG through libjpeg. Grey, YCbCr, RGB, CMYK and YCCK all become 24 bits. Damage inside the
+// compressed data is tolerated as libjpeg tolerates it (with a warning); a file that ends before its
+// end marker is refused, as the loader on Windows refuses it.
+
+namespace orvane::codecs {
+
+namespace {
+
+/// More scans than any encoder writes: a file with more is there to keep the reader busy.
+constexpr int kMostScans = 500;
+constexpr size_t kBlocksPerByte = 8;
+
+/// All state of one decoding. libjpeg leaves by longjmp, so nothing here needs a destructor.
+struct Job {
+    jpeg_decompress_struct info;
+    jpeg_error_mgr errors;
+    jpeg_source_mgr source;
+    jpeg_progress_mgr progress;
+    std::jmp_buf escape;
+    OrvaneCodecResult failure;
+};
+
+[[noreturn]] void leave(j_common_ptr info, OrvaneCodecResult failure) {
+    Job* job = static_cast<Job*>(info->client_data);
+    job->failure = failure;
+    std::longjmp(job->escape, 1);
+}
+
+[[noreturn]] void onError(j_common_ptr info) {
+    switch (info->err->msg_code) {
+    case JERR_OUT_OF_MEMORY:
+    case JERR_NO_BACKING_STORE:
+        leave(info, ORVANE_CODEC_OUT_OF_MEMORY);
+    case JERR_ARITH_NOTIMPL:
+    case JERR_BAD_PRECISION:
+    case JERR_CONVERSION_NOTIMPL:
+    case JERR_NOT_COMPILED:
+    case JERR_SOF_UNSUPPORTED:
+        leave(info, ORVANE_CODEC_UNSUPPORTED);
+    default:
+        leave(info, ORVANE_CODEC_DAMAGED);
+    }
+}
+
+void onMessage(j_common_ptr info, int level) {
+    if (level < 0)
+        ++info->err->num_warnings;
+}
+
+void onOutput(j_common_ptr) {}
+
+void onProgress(j_common_ptr info) {
+    if (static_cast<Job*>(info->client_data)->info.input_scan_number > kMostScans)
+        leave(info, ORVANE_CODEC_DAMAGED);
+}
+
+void onSource(j_decompress_ptr) {}
+
+boolean onSourceEnd(j_decompress_ptr info) {
+    leave(reinterpret_cast<j_common_ptr>(info), ORVANE_CODEC_DAMAGED);
+}
+
+void onSkip(j_decompress_ptr info, long count) {
+    if (count <= 0)
+        return;
+    const auto length = static_cast<size_t>(count);
+    if (length > info->src->bytes_in_buffer)
+        onSourceEnd(info);
+    info->src->next_input_byte += length;
+    info->src->bytes_in_buffer -= length;
+}
+
+void prepare(Job& job, std::span<const uint8_t> file, const Limits& limits) {
+    jpeg_CreateDecompress(&job.info, JPEG_LIB_VERSION, sizeof job.info);
+    job.info.mem->max_memory_to_use = static_cast<long>(limits.workBytes);
+    job.source = {file.data(), file.size(), onSource, onSourceEnd,
+                  onSkip,      jpeg_resync_to_restart, onSource};
+    job.info.src = &job.source;
+    job.progress.progress_monitor = onProgress;
+    job.info.progress = &job.progress;
+}
+
+/// Huffman coding spends a bit at least on each block, so the file's size bounds the picture's.
+void checkSize(jpeg_decompress_struct& info, size_t fileSize) {
+    if (info.arith_code)
+        return;
+    for (int index = 0; index < info.num_components; ++index) {
+        const jpeg_component_info& component = info.comp_info[index];
+        const size_t blocks = size_t{component.width_in_blocks} * component.height_in_blocks;
+        if (blocks / kBlocksPerByte > fileSize)
+            leave(reinterpret_cast<j_common_ptr>(&info), ORVANE_CODEC_DAMAGED);
+    }
+}
+
+uint8_t scaled(uint32_t colour, uint32_t black) {
+    return static_cast<uint8_t>((colour * black + 127) / 255);
+}
+
+/// One row of inks (255 is none, as Adobe stores them) to blue, green, red.
+void inksToColours(const uint8_t* inks, uint32_t width, uint8_t invert, uint8_t* to) {
+    for (uint32_t x = 0; x < width; ++x, inks += 4, to += 3) {
+        const uint32_t black = inks[3] ^ invert;
+        to[0] = scaled(inks[2] ^ invert, black);
+        to[1] = scaled(inks[1] ^ invert, black);
+        to[2] = scaled(inks[0] ^ invert, black);
+    }
+}
+
+void readRows(jpeg_decompress_struct& info, OrvaneDecoded& out) {
+    const auto common = reinterpret_cast<j_common_ptr>(&info);
+    const bool inks = info.out_color_space == JCS_CMYK;
+    JSAMPARRAY spare =
+        inks ? info.mem->alloc_sarray(common, JPOOL_IMAGE, info.output_width * 4, 1) : nullptr;
+    // Without Adobe's marker 0 is no ink.
+    const uint8_t invert = info.saw_Adobe_marker ? uint8_t{0} : uint8_t{255};
+    while (info.output_scanline < info.output_height) {
+        uint8_t* to = pixelRow(out, info.output_scanline);
+        JSAMPROW row = inks ? spare[0] : to;
+        jpeg_read_scanlines(&info, &row, 1);
+        if (inks)
+            inksToColours(row, info.output_width, invert, to);
+    }
+}
+
+/// Every step that may leave by longjmp.
+OrvaneCodecResult run(Job& job, std::span<const uint8_t> file, OrvaneDecoded& out,
+                      const Limits& limits) {
+    jpeg_decompress_struct& info = job.info;
+    prepare(job, file, limits);
+    jpeg_read_header(&info, TRUE);
+    checkSize(info, file.size());
+    const OrvaneCodecResult made =
+        makeBitmap(out, info.image_width, info.image_height, 24, limits);
+    if (made != ORVANE_CODEC_OK)
+        return made;
+    const bool inks =
+        info.jpeg_color_space == JCS_CMYK || info.jpeg_color_space == JCS_YCCK;
+    info.out_color_space = inks ? JCS_CMYK : JCS_EXT_BGR;
+    jpeg_start_decompress(&info);
+    readRows(info, out);
+    jpeg_finish_decompress(&info);
+    return ORVANE_CODEC_OK;
+}
+
+} // namespace
+
+OrvaneCodecResult decodeJpeg(std::span<const uint8_t> file, OrvaneDecoded& out,
+                             const Limits& limits) {
+    if (file.size() < 2 || file[0] != 0xff || file[1] != 0xd8)
+        return ORVANE_CODEC_NOT_RECOGNISED;
+    Job job{};
+    job.info.err = jpeg_std_error(&job.errors);
+    job.errors.error_exit = onError;
+    job.errors.emit_message = onMessage;
+    job.errors.output_message = onOutput;
+    job.info.client_data = &job;
+    if (setjmp(job.escape) == 0)
+        job.failure = run(job, file, out, limits);
+    jpeg_destroy_decompress(&job.info);
+    return job.failure;
+}
+
+} // namespace orvane::codecs

@@ -1,0 +1,122 @@
+#include "platform/linux/codecs/decoders.h"
+#include "platform/linux/codecs/reader.h"
+
+// Metafiles: only their size is read, and their records are followed to see that the file is whole.
+//
+// WMF needs the placeable header (22 bytes), since without it nothing says how large the picture is;
+// the loader refuses one without. Its checksum isn't looked at: many programs write a wrong one.
+// EMF has its size as a frame in hundredths of a millimetre.
+
+namespace orvane::codecs {
+
+namespace {
+
+constexpr uint32_t kPlaceableKey = 0x9ac6cdd7;
+constexpr uint32_t kPlaceableHeader = 22;
+constexpr uint16_t kMemoryMetafile = 1;
+constexpr uint16_t kDiskMetafile = 2;
+constexpr uint16_t kMetaHeaderWords = 9;
+constexpr uint32_t kMetaEof = 0;
+constexpr int64_t kHimetricPerInch = 2540;
+
+constexpr uint32_t kEmrHeader = 1;
+constexpr uint32_t kEmrEof = 14;
+constexpr uint32_t kEmfHeader = 88;
+constexpr uint32_t kEmfSignature = 0x464d4520; // " EMF"
+
+bool isMetaHeader(const Reader& at) {
+    const uint16_t type = at.u16(0);
+    const uint16_t version = at.u16(4);
+    return (type == kMemoryMetafile || type == kDiskMetafile) && at.u16(2) == kMetaHeaderWords &&
+           (version == 0x0100 || version == 0x0300);
+}
+
+/// Whether the records of a WMF lie within it, up to its end or the record that ends it.
+bool wmfIsWhole(const Reader& meta) {
+    const uint64_t end = uint64_t{meta.u32(6)} * 2;
+    if (!meta.holds(0, end))
+        return false;
+    uint64_t at = kMetaHeaderWords * 2;
+    while (at < end) {
+        const uint64_t size = uint64_t{meta.u32(at)} * 2;
+        if (size < 6 || size > end - at)
+            return false;
+        if (meta.u16(at + 4) == kMetaEof)
+            return true;
+        at += size;
+    }
+    return at == end;
+}
+
+/// Whether the records of an EMF lie within it and end with the record that ends it.
+bool emfIsWhole(const Reader& emf) {
+    const uint64_t end = emf.u32(48);
+    if (!emf.holds(0, end))
+        return false;
+    uint64_t at = 0;
+    while (at < end) {
+        const uint32_t size = emf.u32(at + 4);
+        if (size < 8 || size % 4 != 0 || size > end - at)
+            return false;
+        if (emf.u32(at) == kEmrEof)
+            return true;
+        at += size;
+    }
+    return false;
+}
+
+bool setSize(int64_t width, int64_t height, OrvaneDecoded& out) {
+    if (width <= 0 || height <= 0 || width > INT32_MAX || height > INT32_MAX)
+        return false;
+    out.width = static_cast<int32_t>(width);
+    out.height = static_cast<int32_t>(height);
+    out.transparentIndex = -1;
+    return true;
+}
+
+OrvaneCodecResult readWmf(std::span<const uint8_t> bytes, OrvaneDecoded& out) {
+    const Reader file(bytes);
+    const Reader meta = file.part(kPlaceableHeader);
+    if (!isMetaHeader(meta) || !wmfIsWhole(meta))
+        return ORVANE_CODEC_DAMAGED;
+    const int64_t perInch = file.u16(14);
+    if (perInch == 0)
+        return ORVANE_CODEC_DAMAGED;
+    const auto himetric = [&](int64_t from, int64_t to) {
+        const int64_t units = from < to ? to - from : from - to;
+        return (units * kHimetricPerInch + perInch / 2) / perInch;
+    };
+    if (!setSize(himetric(file.i16(6), file.i16(10)), himetric(file.i16(8), file.i16(12)), out))
+        return ORVANE_CODEC_DAMAGED;
+    out.kind = ORVANE_PICTURE_METAFILE;
+    return keepFile(out, bytes);
+}
+
+OrvaneCodecResult readEmf(std::span<const uint8_t> bytes, OrvaneDecoded& out) {
+    const Reader file(bytes);
+    if (file.u32(4) < kEmfHeader || !emfIsWhole(file))
+        return ORVANE_CODEC_DAMAGED;
+    const int64_t width = int64_t{file.i32(32)} - file.i32(24);
+    const int64_t height = int64_t{file.i32(36)} - file.i32(28);
+    if (!setSize(width, height, out))
+        return ORVANE_CODEC_DAMAGED;
+    out.kind = ORVANE_PICTURE_ENHANCED_METAFILE;
+    return keepFile(out, bytes);
+}
+
+} // namespace
+
+OrvaneCodecResult decodeMetafile(std::span<const uint8_t> file, OrvaneDecoded& out,
+                                 const Limits& limits) {
+    const Reader reader(file);
+    OrvaneCodecResult (*read)(std::span<const uint8_t>, OrvaneDecoded&) = nullptr;
+    if (reader.u32(0) == kPlaceableKey)
+        read = readWmf;
+    else if (reader.u32(0) == kEmrHeader && reader.u32(40) == kEmfSignature)
+        read = readEmf;
+    if (read != nullptr)
+        return file.size() <= limits.surfaceBytes ? read(file, out) : ORVANE_CODEC_OUT_OF_MEMORY;
+    return isMetaHeader(reader) ? ORVANE_CODEC_UNSUPPORTED : ORVANE_CODEC_NOT_RECOGNISED;
+}
+
+} // namespace orvane::codecs

@@ -1,0 +1,53 @@
+#include "platform/linux/codecs/codecs.h"
+#include "platform/linux/codecs/decoders.h"
+
+#include <new>
+
+namespace orvane::codecs {
+
+namespace {
+
+constexpr auto kDecoders = {decodeBmp, decodeJpeg, decodeGif, decodeIcon, decodeMetafile};
+
+OrvaneCodecResult tryDecoders(std::span<const uint8_t> file, OrvaneDecoded& out,
+                              const Limits& limits) {
+    for (const auto decode : kDecoders) {
+        const OrvaneCodecResult result = decode(file, out, limits);
+        if (result != ORVANE_CODEC_NOT_RECOGNISED)
+            return result;
+    }
+    return ORVANE_CODEC_NOT_RECOGNISED;
+}
+
+int decodeBytes(const uint8_t* bytes, size_t size, OrvaneDecoded* out) {
+    return decodeAny({bytes, size}, *out, Limits{});
+}
+
+void releaseDecoded(OrvaneDecoded* decoded) {
+    release(*decoded);
+}
+
+constexpr OrvaneCodecTable kTable{ORVANE_CODEC_VERSION, sizeof(OrvaneDecoded), decodeBytes,
+                                  releaseDecoded};
+
+} // namespace
+
+OrvaneCodecResult decodeAny(std::span<const uint8_t> file, OrvaneDecoded& out,
+                            const Limits& limits) {
+    out = {};
+    OrvaneCodecResult result = ORVANE_CODEC_OUT_OF_MEMORY;
+    try {
+        result = tryDecoders(file, out, limits);
+    } catch (const std::bad_alloc&) {
+        result = ORVANE_CODEC_OUT_OF_MEMORY;
+    }
+    if (result != ORVANE_CODEC_OK)
+        release(out);
+    return result;
+}
+
+} // namespace orvane::codecs
+
+extern "C" __attribute__((visibility("default"))) const OrvaneCodecTable* orvaneCodecTable(void) {
+    return &orvane::codecs::kTable;
+}
