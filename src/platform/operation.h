@@ -99,6 +99,9 @@ std::vector<std::string> heldBy(const T& value) {
     }
 }
 
+/// The failure result of an operation that gives a text: it is empty.
+struct EmptyFailure {};
+
 /// The part of an operation that does not depend on its signature.
 class OperationBase {
 public:
@@ -132,10 +135,12 @@ class Operation<Result(Arguments...)> final : public OperationBase {
 public:
     using Target = Result (*)(void* context, Arguments...);
     using ResultValue = std::conditional_t<std::is_void_v<Result>, int, Result>;
+    // A stored string would keep the tables from being initialised at compile time.
+    using Failure = std::conditional_t<std::is_class_v<ResultValue>, EmptyFailure, ResultValue>;
 
-    /// `failure` is the result of a failed call and `error` the last error that such a call leaves
-    /// when a shim makes it fail.
-    constexpr Operation(const char* module, const char* name, ResultValue failure = {},
+    /// `failure` is the result of a failed call (`{}` for texts: an empty one) and `error` the last
+    /// error that such a call leaves when a shim makes it fail.
+    constexpr Operation(const char* module, const char* name, Failure failure = {},
                         std::uint32_t error = 0, Holding holding = {})
         : OperationBase(module, name, holding), failure_(failure), error_(error) {}
 
@@ -198,7 +203,7 @@ private:
         } else {
             Result result = proceed
                                 ? shim.target(shim.context, static_cast<Arguments>(arguments)...)
-                                : self.failure_;
+                                : self.failureResult();
             call.error = lastError();
             call.result = described(result);
             call.failed = self.isFailure(result);
@@ -232,17 +237,25 @@ private:
         return handles;
     }
 
+    ResultValue failureResult() const {
+        if constexpr (std::is_class_v<ResultValue>) {
+            return {};
+        } else {
+            return failure_;
+        }
+    }
+
     /// Status codes fail in many ways: where the failure result is negative, every negative is one.
     bool isFailure(const ResultValue& result) const {
         if constexpr (std::is_integral_v<ResultValue> && std::is_signed_v<ResultValue>) {
             if (failure_ < 0) return result < 0;
         }
-        return result == failure_;
+        return result == failureResult();
     }
 
     Target target_ = nullptr;
     void* context_ = nullptr;
-    ResultValue failure_;
+    Failure failure_;
     std::uint32_t error_;
 };
 
