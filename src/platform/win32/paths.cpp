@@ -11,9 +11,13 @@ std::size_t behindPart(std::u16string_view path, std::size_t start) {
 
 }  // namespace
 
-char16_t pathSeparator() { return u'\\'; }
+char16_t pathSeparator() {
+    return u'\\';
+}
 
-bool isPathSeparator(char16_t unit) { return unit == u'\\' || unit == u'/'; }
+bool isPathSeparator(char16_t unit) {
+    return unit == u'\\' || unit == u'/';
+}
 
 std::size_t pathRootLength(std::u16string_view path) {
     if (path.size() >= 2 && path[1] == u':') {
