@@ -22,10 +22,9 @@ Channel::Channel(uint32_t mask, uint32_t bits, uint8_t absent) {
 }
 
 bool Channel::isRun(uint32_t mask) {
-    if (mask == 0)
-        return true;
+    if (mask == 0) return true;
     const uint32_t low = mask >> std::countr_zero(mask);
     return (low & (low + 1)) == 0;
 }
 
-} // namespace orvane::codecs
+}  // namespace orvane::codecs

@@ -15,7 +15,7 @@ struct ChannelMasks {
 
 /// Takes one channel out of a pixel and scales it to another number of bits.
 class Channel {
-  public:
+public:
     /// The channel under `mask`, one run of bits (see `isRun`), scaled to `bits` bits (1 to 8).
     /// Without a mask every pixel has the value `absent`. Of a channel wider than 8 bits the upper
     /// 8 count.
@@ -26,7 +26,7 @@ class Channel {
     /// Whether the set bits of `mask` are one unbroken run; 0 is one too.
     static bool isRun(uint32_t mask);
 
-  private:
+private:
     uint32_t shift_ = 0;
     uint32_t keep_ = 0;
     std::array<uint8_t, 256> scaled_{};
@@ -46,4 +46,4 @@ struct Channels {
           blue(masks.blue, redBlueBits, 0), alpha(masks.alpha, 8, 255) {}
 };
 
-} // namespace orvane::codecs
+}  // namespace orvane::codecs

@@ -64,7 +64,8 @@ typedef struct OrvaneDecoded {
     uint32_t paletteCount;
     /// Blue, green, red and a zero, 256 times.
     uint8_t palette[1024];
-    /// Palette entry that the file declares transparent, or -1. Its pixels keep that entry's colour.
+    /// Palette entry that the file declares transparent, or -1. Its pixels keep that entry's
+    /// colour.
     int32_t transparentIndex;
     /// Bytes from one row of `pixels` to the next, a multiple of 4.
     uint32_t stride;

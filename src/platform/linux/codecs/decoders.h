@@ -7,7 +7,8 @@
 #include <span>
 
 // One reader per format. Each takes a whole file and a zeroed `out`, and gives NOT_RECOGNISED when
-// the file's signature is another one. After any result but OK `out` may hold memory: `release` it.
+// the file's signature is another one. After any result but OK, and after bad_alloc, which some
+// throw, `out` may hold memory: `release` it. decodeAny sees to both.
 
 namespace orvane::codecs {
 
@@ -35,4 +36,4 @@ OrvaneCodecResult decodeMetafile(std::span<const uint8_t> file, OrvaneDecoded& o
 OrvaneCodecResult decodeAny(std::span<const uint8_t> file, OrvaneDecoded& out,
                             const Limits& limits);
 
-} // namespace orvane::codecs
+}  // namespace orvane::codecs

@@ -43,21 +43,17 @@ OrvaneCodecResult readCoreHeader(const Reader& dib, DibHeader& header) {
     header.bits = dib.u16(10);
     header.tableOffset = kCoreHeader;
     header.colourBytes = 3;
-    if (header.bits <= 8)
-        header.colours = 1u << header.bits;
+    if (header.bits <= 8) header.colours = 1u << header.bits;
     return ORVANE_CODEC_OK;
 }
 
 OrvaneCodecResult readMasks(const Reader& dib, uint32_t headerSize, uint32_t compression,
                             DibHeader& header) {
-    if (header.bits != 16 && header.bits != 32)
-        return ORVANE_CODEC_DAMAGED;
+    if (header.bits != 16 && header.bits != 32) return ORVANE_CODEC_DAMAGED;
     const bool withAlpha = compression == kAlphaBitFields || headerSize >= kInfoHeaderAlpha;
     // A header of 40 bytes has its masks between itself and its colours.
-    if (headerSize == kInfoHeader)
-        header.tableOffset += withAlpha ? 16 : 12;
-    if (!dib.holds(0, header.tableOffset))
-        return ORVANE_CODEC_DAMAGED;
+    if (headerSize == kInfoHeader) header.tableOffset += withAlpha ? 16 : 12;
+    if (!dib.holds(0, header.tableOffset)) return ORVANE_CODEC_DAMAGED;
     header.masks = {dib.u32(40), dib.u32(44), dib.u32(48), withAlpha ? dib.u32(52) : 0};
     const ChannelMasks& masks = header.masks;
     const bool inPixel =
@@ -81,8 +77,7 @@ OrvaneCodecResult readCompression(const Reader& dib, uint32_t headerSize, DibHea
         return header.bits == 4 && !header.topDown ? ORVANE_CODEC_OK : ORVANE_CODEC_DAMAGED;
     case kBitFields:
     case kAlphaBitFields:
-        if (!isWindowsHeader(headerSize))
-            return ORVANE_CODEC_UNSUPPORTED;
+        if (!isWindowsHeader(headerSize)) return ORVANE_CODEC_UNSUPPORTED;
         return readMasks(dib, headerSize, compression, header);
     default:
         // JPEG or PNG inside, CMYK, OS/2's run lengths of 24 bits: printers' business.
@@ -94,8 +89,7 @@ OrvaneCodecResult readInfoHeader(const Reader& dib, uint32_t headerSize, DibHead
     const Reader fields = dib.part(0, headerSize);
     const int64_t width = fields.i32(4);
     const int64_t height = fields.i32(8);
-    if (width < 0)
-        return ORVANE_CODEC_DAMAGED;
+    if (width < 0) return ORVANE_CODEC_DAMAGED;
     header.width = static_cast<uint32_t>(width);
     header.height = static_cast<uint32_t>(height < 0 ? -height : height);
     header.topDown = height < 0;
@@ -103,8 +97,7 @@ OrvaneCodecResult readInfoHeader(const Reader& dib, uint32_t headerSize, DibHead
     header.bits = fields.u16(14);
     header.tableOffset = headerSize;
     header.colours = fields.u32(32);
-    if (header.bits <= 8 && header.colours == 0)
-        header.colours = 1u << header.bits;
+    if (header.bits <= 8 && header.colours == 0) header.colours = 1u << header.bits;
     return readCompression(dib, headerSize, header);
 }
 
@@ -204,11 +197,12 @@ void copyRows32(std::span<const uint8_t> rows, const DibHeader& header, OrvaneDe
 void expandIndexed(std::span<const uint8_t> rows, const DibHeader& header, OrvaneDecoded& out) {
     const uint32_t bits = header.bits;
     const uint32_t perByte = 8 / bits;
+    const auto perByteShift = static_cast<uint32_t>(std::countr_zero(perByte));
     const uint32_t keep = (1u << bits) - 1;
     eachRow(rows, header, out, [&](const uint8_t* from, uint8_t* to) {
         for (uint32_t x = 0; x < header.width; ++x) {
-            const uint32_t shift = (perByte - 1 - x % perByte) * bits;
-            const uint32_t index = static_cast<uint32_t>(from[x / perByte]) >> shift & keep;
+            const uint32_t shift = (perByte - 1 - (x & (perByte - 1))) * bits;
+            const uint32_t index = static_cast<uint32_t>(from[x >> perByteShift]) >> shift & keep;
             std::memcpy(to + size_t{x} * 4, out.palette + size_t{index} * 4, 4);
         }
     });
@@ -241,31 +235,27 @@ bool expand32(std::span<const uint8_t> rows, const DibHeader& header, OrvaneDeco
     return any != 0;
 }
 
-} // namespace
+}  // namespace
 
 OrvaneCodecResult readDibHeader(const Reader& dib, DibHeader& header) {
     const uint32_t headerSize = dib.u32(0);
     const bool known = headerSize == kCoreHeader || headerSize == kV4Header ||
                        headerSize == kV5Header ||
                        (headerSize >= kOs2MinHeader && headerSize <= kOs2Header);
-    if (!known || !dib.holds(0, headerSize))
-        return ORVANE_CODEC_DAMAGED;
+    if (!known || !dib.holds(0, headerSize)) return ORVANE_CODEC_DAMAGED;
     header = {};
     const uint32_t bits = headerSize == kCoreHeader ? dib.u16(10) : dib.u16(14);
-    if (const OrvaneCodecResult depth = checkDepth(bits); depth != ORVANE_CODEC_OK)
-        return depth;
+    if (const OrvaneCodecResult depth = checkDepth(bits); depth != ORVANE_CODEC_OK) return depth;
     header.masks = bits == 16 ? k555 : k8888;
     const OrvaneCodecResult result = headerSize == kCoreHeader
                                          ? readCoreHeader(dib, header)
                                          : readInfoHeader(dib, headerSize, header);
-    if (result != ORVANE_CODEC_OK)
-        return result;
+    if (result != ORVANE_CODEC_OK) return result;
     return header.width != 0 && header.height != 0 ? ORVANE_CODEC_OK : ORVANE_CODEC_DAMAGED;
 }
 
 void readColours(const Reader& dib, const DibHeader& header, uint64_t end, OrvaneDecoded& out) {
-    if (header.bits > 8)
-        return;
+    if (header.bits > 8) return;
     const uint64_t stop = std::min<uint64_t>(end, dib.size());
     const uint64_t room = stop > header.tableOffset ? stop - header.tableOffset : 0;
     const uint64_t most = std::min<uint64_t>(header.colours, uint64_t{1} << header.bits);
@@ -305,4 +295,4 @@ bool expandRows(std::span<const uint8_t> rows, const DibHeader& header, OrvaneDe
     }
 }
 
-} // namespace orvane::codecs
+}  // namespace orvane::codecs

@@ -55,4 +55,4 @@ void copyRows(std::span<const uint8_t> rows, const DibHeader& header, OrvaneDeco
 /// image of 32 bits, else 0.
 bool expandRows(std::span<const uint8_t> rows, const DibHeader& header, OrvaneDecoded& out);
 
-} // namespace orvane::codecs
+}  // namespace orvane::codecs

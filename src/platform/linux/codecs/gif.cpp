@@ -52,11 +52,11 @@ struct Layout {
     uint32_t top;
 };
 
-/// The picture is the logical screen, unless the screen can't hold the frame: such a screen is a
-/// writer's mistake, and the frame alone is the picture.
+/// The picture is the logical screen, unless the frame leaves it: such a screen is a writer's
+/// mistake, and the frame alone is the picture.
 Layout layOut(const GifFileType& gif) {
     const GifImageDesc& frame = gif.Image;
-    if (gif.SWidth < frame.Width || gif.SHeight < frame.Height)
+    if (frame.Left + frame.Width > gif.SWidth || frame.Top + frame.Height > gif.SHeight)
         return {static_cast<uint32_t>(frame.Width), static_cast<uint32_t>(frame.Height), 0, 0};
     return {static_cast<uint32_t>(gif.SWidth), static_cast<uint32_t>(gif.SHeight),
             static_cast<uint32_t>(frame.Left), static_cast<uint32_t>(frame.Top)};
@@ -66,15 +66,13 @@ Layout layOut(const GifFileType& gif) {
 bool readExtension(GifFileType& gif, int& transparent) {
     int code = 0;
     GifByteType* block = nullptr;
-    if (DGifGetExtension(&gif, &code, &block) == GIF_ERROR)
-        return false;
+    if (DGifGetExtension(&gif, &code, &block) == GIF_ERROR) return false;
     while (block != nullptr) {
         GraphicsControlBlock control{};
         if (code == GRAPHICS_EXT_FUNC_CODE &&
             DGifExtensionToGCB(block[0], block + 1, &control) == GIF_OK)
             transparent = control.TransparentColor;
-        if (DGifGetExtensionNext(&gif, &block) == GIF_ERROR)
-            return false;
+        if (DGifGetExtensionNext(&gif, &block) == GIF_ERROR) return false;
     }
     return true;
 }
@@ -83,12 +81,9 @@ bool readExtension(GifFileType& gif, int& transparent) {
 bool findFrame(GifFileType& gif, int& transparent) {
     while (true) {
         GifRecordType record = UNDEFINED_RECORD_TYPE;
-        if (DGifGetRecordType(&gif, &record) == GIF_ERROR)
-            return false;
-        if (record == IMAGE_DESC_RECORD_TYPE)
-            return DGifGetImageDesc(&gif) == GIF_OK;
-        if (record != EXTENSION_RECORD_TYPE || !readExtension(gif, transparent))
-            return false;
+        if (DGifGetRecordType(&gif, &record) == GIF_ERROR) return false;
+        if (record == IMAGE_DESC_RECORD_TYPE) return DGifGetImageDesc(&gif) == GIF_OK;
+        if (record != EXTENSION_RECORD_TYPE || !readExtension(gif, transparent)) return false;
     }
 }
 
@@ -109,41 +104,34 @@ void packRow(const std::vector<uint8_t>& row, OrvaneDecoded& out, uint32_t y) {
 
 /// Decodes the frame's rows one by one and puts them on the picture.
 class FrameReader {
-  public:
+public:
     FrameReader(GifFileType& gif, const Layout& layout, uint8_t background, OrvaneDecoded& out)
         : gif_(gif), layout_(layout), background_(background), out_(out),
-          line_(static_cast<size_t>(gif.Image.Width)), row_(layout.width, background) {
-        const uint32_t begin = std::min(layout.left, layout.width);
-        visible_ = std::min(static_cast<uint32_t>(gif.Image.Width), layout.width - begin);
-    }
+          row_(layout.width, background) {}
 
     bool read() {
         fillAround();
-        if (!gif_.Image.Interlace)
-            return readRows(0, 1);
+        if (!gif_.Image.Interlace) return readRows(0, 1);
         return readRows(0, 8) && readRows(4, 8) && readRows(2, 4) && readRows(1, 2);
     }
 
-  private:
+private:
     void fillAround() {
-        if (background_ == 0)
-            return;
+        if (background_ == 0) return;
         const uint32_t bottom = layout_.top + static_cast<uint32_t>(gif_.Image.Height);
         for (uint32_t y = 0; y < layout_.height; ++y) {
-            if (y < layout_.top || y >= bottom)
-                packRow(row_, out_, y);
+            if (y < layout_.top || y >= bottom) packRow(row_, out_, y);
         }
     }
 
     bool readRows(uint32_t first, uint32_t step) {
         for (uint32_t y = first; y < static_cast<uint32_t>(gif_.Image.Height); y += step) {
-            if (DGifGetLine(&gif_, line_.data(), gif_.Image.Width) == GIF_ERROR)
-                return false;
-            if (visible_ == 0 || layout_.top + y >= layout_.height)
-                continue;
+            uint8_t* line = row_.data() + layout_.left;
+            const int width = gif_.Image.Width;
+            if (DGifGetLine(&gif_, line, width) == GIF_ERROR) return false;
             const uint32_t colours = out_.paletteCount;
-            for (uint32_t x = 0; x < visible_; ++x)
-                row_[layout_.left + x] = line_[x] < colours ? line_[x] : uint8_t{0};
+            for (int x = 0; x < width; ++x)
+                line[x] = line[x] < colours ? line[x] : uint8_t{0};
             packRow(row_, out_, layout_.top + y);
         }
         return true;
@@ -153,9 +141,8 @@ class FrameReader {
     Layout layout_;
     uint8_t background_;
     OrvaneDecoded& out_;
-    std::vector<uint8_t> line_;
+    /// A row of the picture, one byte a pixel; beside the frame it always holds the background.
     std::vector<uint8_t> row_;
-    uint32_t visible_;
 };
 
 void setColours(const ColorMapObject& map, OrvaneDecoded& out) {
@@ -169,8 +156,7 @@ void setColours(const ColorMapObject& map, OrvaneDecoded& out) {
 /// What the screen shows beside the frame: nothing where the frame has a transparent colour, else
 /// the background, which counts in the screen's own table only.
 uint8_t backgroundOf(const GifFileType& gif, const OrvaneDecoded& out) {
-    if (out.transparentIndex >= 0)
-        return static_cast<uint8_t>(out.transparentIndex);
+    if (out.transparentIndex >= 0) return static_cast<uint8_t>(out.transparentIndex);
     const bool own = gif.Image.ColorMap == nullptr && gif.SBackGroundColor >= 0 &&
                      static_cast<uint32_t>(gif.SBackGroundColor) < out.paletteCount;
     return own ? static_cast<uint8_t>(gif.SBackGroundColor) : uint8_t{0};
@@ -180,27 +166,23 @@ OrvaneCodecResult readFrame(GifFileType& gif, int transparent, size_t fileSize, 
                             const Limits& limits) {
     const GifImageDesc& frame = gif.Image;
     const ColorMapObject* map = frame.ColorMap != nullptr ? frame.ColorMap : gif.SColorMap;
-    if (map == nullptr)
-        return ORVANE_CODEC_UNSUPPORTED;
-    if (frame.Width <= 0 || frame.Height <= 0)
-        return ORVANE_CODEC_DAMAGED;
-    const uint64_t pixels = static_cast<uint64_t>(frame.Width) * static_cast<uint64_t>(frame.Height);
-    if (pixels / kMostPixelsPerByte > fileSize)
-        return ORVANE_CODEC_DAMAGED;
+    if (map == nullptr) return ORVANE_CODEC_UNSUPPORTED;
+    if (frame.Width <= 0 || frame.Height <= 0) return ORVANE_CODEC_DAMAGED;
+    const uint64_t pixels =
+        static_cast<uint64_t>(frame.Width) * static_cast<uint64_t>(frame.Height);
+    if (pixels / kMostPixelsPerByte > fileSize) return ORVANE_CODEC_DAMAGED;
     const int tableBits = map->BitsPerPixel;
     const uint32_t depth = tableBits <= 1 ? 1 : tableBits <= 4 ? 4 : 8;
     const Layout layout = layOut(gif);
     const OrvaneCodecResult made = makeBitmap(out, layout.width, layout.height, depth, limits);
-    if (made != ORVANE_CODEC_OK)
-        return made;
+    if (made != ORVANE_CODEC_OK) return made;
     setColours(*map, out);
-    if (transparent >= 0 && transparent < map->ColorCount)
-        out.transparentIndex = transparent;
+    if (transparent >= 0 && transparent < map->ColorCount) out.transparentIndex = transparent;
     return FrameReader(gif, layout, backgroundOf(gif, out), out).read() ? ORVANE_CODEC_OK
                                                                         : ORVANE_CODEC_DAMAGED;
 }
 
-} // namespace
+}  // namespace
 
 OrvaneCodecResult decodeGif(std::span<const uint8_t> file, OrvaneDecoded& out,
                             const Limits& limits) {
@@ -213,9 +195,8 @@ OrvaneCodecResult decodeGif(std::span<const uint8_t> file, OrvaneDecoded& out,
         return error == D_GIF_ERR_NOT_ENOUGH_MEM ? ORVANE_CODEC_OUT_OF_MEMORY
                                                  : ORVANE_CODEC_DAMAGED;
     int transparent = NO_TRANSPARENT_COLOR;
-    if (!findFrame(*gif, transparent))
-        return ORVANE_CODEC_DAMAGED;
+    if (!findFrame(*gif, transparent)) return ORVANE_CODEC_DAMAGED;
     return readFrame(*gif, transparent, file.size(), out, limits);
 }
 
-} // namespace orvane::codecs
+}  // namespace orvane::codecs

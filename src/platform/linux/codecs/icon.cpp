@@ -10,11 +10,11 @@
 // ICO and CUR: a directory (6 bytes, then 16 an entry) and images, each a device-independent bitmap
 // without a file header, its height counting the colour rows and the mask's rows behind them.
 //
-// Of several images the loader takes the one closest to 32 x 32, the system's default icon size: the
-// least sum of the differences in width and height, then the larger one, then the deeper one, then
-// the first. Sizes and depths come from the images themselves, since directories often leave the
-// depth out. An image that can't be read gives way to the next best. PNG images are never taken: the
-// loader is older than they are.
+// Of several images the loader takes the one closest to 32 x 32, the system's default icon size:
+// the least sum of the differences in width and height, then the larger one, then the deeper one,
+// then the first. Sizes and depths come from the images themselves, since directories often leave
+// the depth out. An image that can't be read gives way to the next best. PNG images are never
+// taken: the loader is older than they are.
 
 namespace orvane::codecs {
 
@@ -51,8 +51,7 @@ struct Directory {
 void readEntry(const Reader& file, uint64_t at, Directory& directory) {
     const uint32_t size = file.u32(at + 8);
     const uint32_t offset = file.u32(at + 12);
-    if (!file.holds(at, kEntry) || !file.holds(offset, size))
-        return;
+    if (!file.holds(at, kEntry) || !file.holds(offset, size)) return;
     const Reader image = file.part(offset, size);
     if (image.u32(0) == kPngSignature) {
         directory.otherwise = ORVANE_CODEC_UNSUPPORTED;
@@ -62,8 +61,7 @@ void readEntry(const Reader& file, uint64_t at, Directory& directory) {
     OrvaneCodecResult result = readDibHeader(image, header);
     if (result == ORVANE_CODEC_OK && header.compression != DibCompression::kNone)
         result = ORVANE_CODEC_UNSUPPORTED;
-    if (result == ORVANE_CODEC_UNSUPPORTED)
-        directory.otherwise = result;
+    if (result == ORVANE_CODEC_UNSUPPORTED) directory.otherwise = result;
     header.height /= 2;
     if (result == ORVANE_CODEC_OK && header.height != 0)
         directory.candidates.push_back({image, header, file.u16(at + 4), file.u16(at + 6)});
@@ -113,18 +111,15 @@ OrvaneCodecResult readImage(const Candidate& candidate, OrvaneDecoded& out, cons
     if (!masked && !(header.bits == 32 && candidate.dib.holds(start, colourBytes)))
         return ORVANE_CODEC_DAMAGED;
     OrvaneCodecResult made = makeBitmap(out, header.width, header.height, 32, limits);
-    if (made == ORVANE_CODEC_OK)
-        made = addMask(out, limits);
-    if (made != ORVANE_CODEC_OK)
-        return made;
+    if (made == ORVANE_CODEC_OK) made = addMask(out, limits);
+    if (made != ORVANE_CODEC_OK) return made;
     readColours(candidate.dib, header, start, out);
     const bool hasAlpha = expandRows(candidate.dib.bytes(start), header, out);
     if (masked)
         copyMask(candidate.dib.bytes(start + colourBytes), header.topDown, out);
     else if (hasAlpha)
         maskFromAlpha(out);
-    if (!hasAlpha)
-        alphaFromMask(out);
+    if (!hasAlpha) alphaFromMask(out);
     return ORVANE_CODEC_OK;
 }
 
@@ -137,7 +132,7 @@ void describe(const Candidate& candidate, bool isIcon, OrvaneDecoded& out) {
     out.alphaMask = 0xff000000u;
 }
 
-} // namespace
+}  // namespace
 
 OrvaneCodecResult decodeIcon(std::span<const uint8_t> file, OrvaneDecoded& out,
                              const Limits& limits) {
@@ -159,10 +154,9 @@ OrvaneCodecResult decodeIcon(std::span<const uint8_t> file, OrvaneDecoded& out,
             return ORVANE_CODEC_OK;
         }
         release(out);
-        if (result == ORVANE_CODEC_OUT_OF_MEMORY)
-            directory.otherwise = result;
+        if (result == ORVANE_CODEC_OUT_OF_MEMORY) directory.otherwise = result;
     }
     return directory.otherwise;
 }
 
-} // namespace orvane::codecs
+}  // namespace orvane::codecs

@@ -7,8 +7,8 @@
 #include <jpeglib.h>
 
 // JPEG through libjpeg. Grey, YCbCr, RGB, CMYK and YCCK all become 24 bits. Damage inside the
-// compressed data is tolerated as libjpeg tolerates it (with a warning); a file that ends before its
-// end marker is refused, as the loader on Windows refuses it.
+// compressed data is tolerated as libjpeg tolerates it (with a warning); a file that ends before
+// its end marker is refused, as the loader on Windows refuses it.
 
 namespace orvane::codecs {
 
@@ -51,8 +51,7 @@ struct Job {
 }
 
 void onMessage(j_common_ptr info, int level) {
-    if (level < 0)
-        ++info->err->num_warnings;
+    if (level < 0) ++info->err->num_warnings;
 }
 
 void onOutput(j_common_ptr) {}
@@ -69,11 +68,9 @@ boolean onSourceEnd(j_decompress_ptr info) {
 }
 
 void onSkip(j_decompress_ptr info, long count) {
-    if (count <= 0)
-        return;
+    if (count <= 0) return;
     const auto length = static_cast<size_t>(count);
-    if (length > info->src->bytes_in_buffer)
-        onSourceEnd(info);
+    if (length > info->src->bytes_in_buffer) onSourceEnd(info);
     info->src->next_input_byte += length;
     info->src->bytes_in_buffer -= length;
 }
@@ -81,8 +78,8 @@ void onSkip(j_decompress_ptr info, long count) {
 void prepare(Job& job, std::span<const uint8_t> file, const Limits& limits) {
     jpeg_CreateDecompress(&job.info, JPEG_LIB_VERSION, sizeof job.info);
     job.info.mem->max_memory_to_use = static_cast<long>(limits.workBytes);
-    job.source = {file.data(), file.size(), onSource, onSourceEnd,
-                  onSkip,      jpeg_resync_to_restart, onSource};
+    job.source = {file.data(), file.size(), onSource, onSourceEnd, onSkip, jpeg_resync_to_restart,
+                  onSource};
     job.info.src = &job.source;
     job.progress.progress_monitor = onProgress;
     job.info.progress = &job.progress;
@@ -90,8 +87,7 @@ void prepare(Job& job, std::span<const uint8_t> file, const Limits& limits) {
 
 /// Huffman coding spends a bit at least on each block, so the file's size bounds the picture's.
 void checkSize(jpeg_decompress_struct& info, size_t fileSize) {
-    if (info.arith_code)
-        return;
+    if (info.arith_code) return;
     for (int index = 0; index < info.num_components; ++index) {
         const jpeg_component_info& component = info.comp_info[index];
         const size_t blocks = size_t{component.width_in_blocks} * component.height_in_blocks;
@@ -125,8 +121,7 @@ void readRows(jpeg_decompress_struct& info, OrvaneDecoded& out) {
         uint8_t* to = pixelRow(out, info.output_scanline);
         JSAMPROW row = inks ? spare[0] : to;
         jpeg_read_scanlines(&info, &row, 1);
-        if (inks)
-            inksToColours(row, info.output_width, invert, to);
+        if (inks) inksToColours(row, info.output_width, invert, to);
     }
 }
 
@@ -137,12 +132,9 @@ OrvaneCodecResult run(Job& job, std::span<const uint8_t> file, OrvaneDecoded& ou
     prepare(job, file, limits);
     jpeg_read_header(&info, TRUE);
     checkSize(info, file.size());
-    const OrvaneCodecResult made =
-        makeBitmap(out, info.image_width, info.image_height, 24, limits);
-    if (made != ORVANE_CODEC_OK)
-        return made;
-    const bool inks =
-        info.jpeg_color_space == JCS_CMYK || info.jpeg_color_space == JCS_YCCK;
+    const OrvaneCodecResult made = makeBitmap(out, info.image_width, info.image_height, 24, limits);
+    if (made != ORVANE_CODEC_OK) return made;
+    const bool inks = info.jpeg_color_space == JCS_CMYK || info.jpeg_color_space == JCS_YCCK;
     info.out_color_space = inks ? JCS_CMYK : JCS_EXT_BGR;
     jpeg_start_decompress(&info);
     readRows(info, out);
@@ -150,22 +142,20 @@ OrvaneCodecResult run(Job& job, std::span<const uint8_t> file, OrvaneDecoded& ou
     return ORVANE_CODEC_OK;
 }
 
-} // namespace
+}  // namespace
 
 OrvaneCodecResult decodeJpeg(std::span<const uint8_t> file, OrvaneDecoded& out,
                              const Limits& limits) {
-    if (file.size() < 2 || file[0] != 0xff || file[1] != 0xd8)
-        return ORVANE_CODEC_NOT_RECOGNISED;
+    if (file.size() < 2 || file[0] != 0xff || file[1] != 0xd8) return ORVANE_CODEC_NOT_RECOGNISED;
     Job job{};
     job.info.err = jpeg_std_error(&job.errors);
     job.errors.error_exit = onError;
     job.errors.emit_message = onMessage;
     job.errors.output_message = onOutput;
     job.info.client_data = &job;
-    if (setjmp(job.escape) == 0)
-        job.failure = run(job, file, out, limits);
+    if (setjmp(job.escape) == 0) job.failure = run(job, file, out, limits);
     jpeg_destroy_decompress(&job.info);
     return job.failure;
 }
 
-} // namespace orvane::codecs
+}  // namespace orvane::codecs

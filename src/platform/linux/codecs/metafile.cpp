@@ -1,11 +1,12 @@
 #include "platform/linux/codecs/decoders.h"
 #include "platform/linux/codecs/reader.h"
 
-// Metafiles: only their size is read, and their records are followed to see that the file is whole.
+// Metafiles: only their headers are read. A file shorter than its header says is refused; the
+// records are the business of whoever plays them.
 //
-// WMF needs the placeable header (22 bytes), since without it nothing says how large the picture is;
-// the loader refuses one without. Its checksum isn't looked at: many programs write a wrong one.
-// EMF has its size as a frame in hundredths of a millimetre.
+// WMF needs the placeable header (22 bytes), since without it nothing says how large the picture
+// is; the loader refuses one without. Its checksum isn't looked at: many programs write a wrong
+// one. EMF has its size as a frame in hundredths of a millimetre.
 
 namespace orvane::codecs {
 
@@ -16,13 +17,11 @@ constexpr uint32_t kPlaceableHeader = 22;
 constexpr uint16_t kMemoryMetafile = 1;
 constexpr uint16_t kDiskMetafile = 2;
 constexpr uint16_t kMetaHeaderWords = 9;
-constexpr uint32_t kMetaEof = 0;
 constexpr int64_t kHimetricPerInch = 2540;
 
 constexpr uint32_t kEmrHeader = 1;
-constexpr uint32_t kEmrEof = 14;
 constexpr uint32_t kEmfHeader = 88;
-constexpr uint32_t kEmfSignature = 0x464d4520; // " EMF"
+constexpr uint32_t kEmfSignature = 0x464d4520;  // " EMF"
 
 bool isMetaHeader(const Reader& at) {
     const uint16_t type = at.u16(0);
@@ -31,43 +30,8 @@ bool isMetaHeader(const Reader& at) {
            (version == 0x0100 || version == 0x0300);
 }
 
-/// Whether the records of a WMF lie within it, up to its end or the record that ends it.
-bool wmfIsWhole(const Reader& meta) {
-    const uint64_t end = uint64_t{meta.u32(6)} * 2;
-    if (!meta.holds(0, end))
-        return false;
-    uint64_t at = kMetaHeaderWords * 2;
-    while (at < end) {
-        const uint64_t size = uint64_t{meta.u32(at)} * 2;
-        if (size < 6 || size > end - at)
-            return false;
-        if (meta.u16(at + 4) == kMetaEof)
-            return true;
-        at += size;
-    }
-    return at == end;
-}
-
-/// Whether the records of an EMF lie within it and end with the record that ends it.
-bool emfIsWhole(const Reader& emf) {
-    const uint64_t end = emf.u32(48);
-    if (!emf.holds(0, end))
-        return false;
-    uint64_t at = 0;
-    while (at < end) {
-        const uint32_t size = emf.u32(at + 4);
-        if (size < 8 || size % 4 != 0 || size > end - at)
-            return false;
-        if (emf.u32(at) == kEmrEof)
-            return true;
-        at += size;
-    }
-    return false;
-}
-
 bool setSize(int64_t width, int64_t height, OrvaneDecoded& out) {
-    if (width <= 0 || height <= 0 || width > INT32_MAX || height > INT32_MAX)
-        return false;
+    if (width <= 0 || height <= 0 || width > INT32_MAX || height > INT32_MAX) return false;
     out.width = static_cast<int32_t>(width);
     out.height = static_cast<int32_t>(height);
     out.transparentIndex = -1;
@@ -77,11 +41,12 @@ bool setSize(int64_t width, int64_t height, OrvaneDecoded& out) {
 OrvaneCodecResult readWmf(std::span<const uint8_t> bytes, OrvaneDecoded& out) {
     const Reader file(bytes);
     const Reader meta = file.part(kPlaceableHeader);
-    if (!isMetaHeader(meta) || !wmfIsWhole(meta))
+    // The size that the file gives itself, in words.
+    const uint64_t words = meta.u32(6);
+    if (!isMetaHeader(meta) || words < kMetaHeaderWords || !meta.holds(0, words * 2))
         return ORVANE_CODEC_DAMAGED;
     const int64_t perInch = file.u16(14);
-    if (perInch == 0)
-        return ORVANE_CODEC_DAMAGED;
+    if (perInch == 0) return ORVANE_CODEC_DAMAGED;
     const auto himetric = [&](int64_t from, int64_t to) {
         const int64_t units = from < to ? to - from : from - to;
         return (units * kHimetricPerInch + perInch / 2) / perInch;
@@ -94,17 +59,18 @@ OrvaneCodecResult readWmf(std::span<const uint8_t> bytes, OrvaneDecoded& out) {
 
 OrvaneCodecResult readEmf(std::span<const uint8_t> bytes, OrvaneDecoded& out) {
     const Reader file(bytes);
-    if (file.u32(4) < kEmfHeader || !emfIsWhole(file))
+    const uint32_t headerSize = file.u32(4);
+    const uint32_t size = file.u32(48);
+    if (headerSize < kEmfHeader || size < headerSize || !file.holds(0, size))
         return ORVANE_CODEC_DAMAGED;
     const int64_t width = int64_t{file.i32(32)} - file.i32(24);
     const int64_t height = int64_t{file.i32(36)} - file.i32(28);
-    if (!setSize(width, height, out))
-        return ORVANE_CODEC_DAMAGED;
+    if (!setSize(width, height, out)) return ORVANE_CODEC_DAMAGED;
     out.kind = ORVANE_PICTURE_ENHANCED_METAFILE;
     return keepFile(out, bytes);
 }
 
-} // namespace
+}  // namespace
 
 OrvaneCodecResult decodeMetafile(std::span<const uint8_t> file, OrvaneDecoded& out,
                                  const Limits& limits) {
@@ -119,4 +85,4 @@ OrvaneCodecResult decodeMetafile(std::span<const uint8_t> file, OrvaneDecoded& o
     return isMetaHeader(reader) ? ORVANE_CODEC_UNSUPPORTED : ORVANE_CODEC_NOT_RECOGNISED;
 }
 
-} // namespace orvane::codecs
+}  // namespace orvane::codecs

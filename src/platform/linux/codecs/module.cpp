@@ -13,8 +13,7 @@ OrvaneCodecResult tryDecoders(std::span<const uint8_t> file, OrvaneDecoded& out,
                               const Limits& limits) {
     for (const auto decode : kDecoders) {
         const OrvaneCodecResult result = decode(file, out, limits);
-        if (result != ORVANE_CODEC_NOT_RECOGNISED)
-            return result;
+        if (result != ORVANE_CODEC_NOT_RECOGNISED) return result;
     }
     return ORVANE_CODEC_NOT_RECOGNISED;
 }
@@ -30,23 +29,22 @@ void releaseDecoded(OrvaneDecoded* decoded) {
 constexpr OrvaneCodecTable kTable{ORVANE_CODEC_VERSION, sizeof(OrvaneDecoded), decodeBytes,
                                   releaseDecoded};
 
-} // namespace
+}  // namespace
 
 OrvaneCodecResult decodeAny(std::span<const uint8_t> file, OrvaneDecoded& out,
                             const Limits& limits) {
-    out = {};
+    clear(out);
     OrvaneCodecResult result = ORVANE_CODEC_OUT_OF_MEMORY;
     try {
         result = tryDecoders(file, out, limits);
     } catch (const std::bad_alloc&) {
         result = ORVANE_CODEC_OUT_OF_MEMORY;
     }
-    if (result != ORVANE_CODEC_OK)
-        release(out);
+    if (result != ORVANE_CODEC_OK) release(out);
     return result;
 }
 
-} // namespace orvane::codecs
+}  // namespace orvane::codecs
 
 extern "C" __attribute__((visibility("default"))) const OrvaneCodecTable* orvaneCodecTable(void) {
     return &orvane::codecs::kTable;

@@ -11,7 +11,7 @@ namespace orvane::codecs {
 /// A read that leaves the range gives 0: a short header then reads as one whose missing fields are
 /// zero, as its format has it. Where a missing field is damage, ask `holds` first.
 class Reader {
-  public:
+public:
     explicit Reader(std::span<const uint8_t> bytes) : bytes_(bytes) {}
 
     size_t size() const { return bytes_.size(); }
@@ -24,14 +24,12 @@ class Reader {
     uint8_t u8(uint64_t offset) const { return holds(offset, 1) ? bytes_[offset] : uint8_t{0}; }
 
     uint16_t u16(uint64_t offset) const {
-        if (!holds(offset, 2))
-            return 0;
+        if (!holds(offset, 2)) return 0;
         return static_cast<uint16_t>(bytes_[offset] | bytes_[offset + 1] << 8);
     }
 
     uint32_t u32(uint64_t offset) const {
-        if (!holds(offset, 4))
-            return 0;
+        if (!holds(offset, 4)) return 0;
         return u16(offset) | static_cast<uint32_t>(u16(offset + 2)) << 16;
     }
 
@@ -41,8 +39,7 @@ class Reader {
 
     /// The bytes at `offset`, at most `length` of them, as far as the range goes.
     std::span<const uint8_t> bytes(uint64_t offset, uint64_t length = UINT64_MAX) const {
-        if (offset > bytes_.size())
-            return {};
+        if (offset > bytes_.size()) return {};
         const uint64_t left = bytes_.size() - offset;
         return bytes_.subspan(offset, length < left ? length : left);
     }
@@ -52,8 +49,8 @@ class Reader {
         return Reader(bytes(offset, length));
     }
 
-  private:
+private:
     std::span<const uint8_t> bytes_;
 };
 
-} // namespace orvane::codecs
+}  // namespace orvane::codecs

@@ -19,7 +19,7 @@ constexpr uint8_t kDelta = 2;
 /// Works on a row of one byte a pixel: the surface's own for RLE8, a spare one for RLE4 that is
 /// packed into the surface when its row is over. Rows only ever go up, so one is enough.
 class RleUnpacker {
-  public:
+public:
     RleUnpacker(std::span<const uint8_t> data, OrvaneDecoded& out)
         : data_(data), out_(out), width_(static_cast<uint32_t>(out.width)),
           height_(static_cast<uint32_t>(out.height)), nibbles_(out.bitsPerPixel == 4),
@@ -28,11 +28,10 @@ class RleUnpacker {
     void run() {
         while (y_ < height_ && data_.size() >= 2 && step()) {
         }
-        if (y_ < height_)
-            finishRow();
+        if (y_ < height_) finishRow();
     }
 
-  private:
+private:
     // One code; false when the bitmap ends.
     bool step() {
         const uint8_t count = data_[0];
@@ -57,14 +56,12 @@ class RleUnpacker {
     }
 
     bool jump() {
-        if (data_.size() < 2)
-            return false;
+        if (data_.size() < 2) return false;
         const uint8_t right = data_[0];
         const uint8_t up = data_[1];
         data_ = data_.subspan(2);
         const uint32_t x = std::min(width_, x_ + right);
-        if (up != 0)
-            nextRow(up);
+        if (up != 0) nextRow(up);
         x_ = x;
         return true;
     }
@@ -135,10 +132,10 @@ class RleUnpacker {
     bool touched_ = false;
 };
 
-} // namespace
+}  // namespace
 
 void unpackRle(std::span<const uint8_t> data, OrvaneDecoded& out) {
     RleUnpacker(data, out).run();
 }
 
-} // namespace orvane::codecs
+}  // namespace orvane::codecs

@@ -12,8 +12,7 @@ OrvaneCodecResult makeBitmap(OrvaneDecoded& out, uint32_t width, uint32_t height
     if (width > INT32_MAX || height > INT32_MAX || stride * height > limits.surfaceBytes)
         return ORVANE_CODEC_OUT_OF_MEMORY;
     out.pixels = static_cast<uint8_t*>(std::calloc(height, stride));
-    if (out.pixels == nullptr)
-        return ORVANE_CODEC_OUT_OF_MEMORY;
+    if (out.pixels == nullptr) return ORVANE_CODEC_OUT_OF_MEMORY;
     out.kind = ORVANE_PICTURE_BITMAP;
     out.width = static_cast<int32_t>(width);
     out.height = static_cast<int32_t>(height);
@@ -36,11 +35,9 @@ OrvaneCodecResult makeBitmap(OrvaneDecoded& out, uint32_t width, uint32_t height
 OrvaneCodecResult addMask(OrvaneDecoded& out, const Limits& limits) {
     const uint64_t stride = paddedRowBytes(static_cast<uint32_t>(out.width), 1);
     const auto height = static_cast<uint32_t>(out.height);
-    if (stride * height > limits.surfaceBytes)
-        return ORVANE_CODEC_OUT_OF_MEMORY;
+    if (stride * height > limits.surfaceBytes) return ORVANE_CODEC_OUT_OF_MEMORY;
     out.mask = static_cast<uint8_t*>(std::calloc(height, stride));
-    if (out.mask == nullptr)
-        return ORVANE_CODEC_OUT_OF_MEMORY;
+    if (out.mask == nullptr) return ORVANE_CODEC_OUT_OF_MEMORY;
     out.maskStride = static_cast<uint32_t>(stride);
     out.maskBytes = stride * height;
     return ORVANE_CODEC_OK;
@@ -48,8 +45,7 @@ OrvaneCodecResult addMask(OrvaneDecoded& out, const Limits& limits) {
 
 OrvaneCodecResult keepFile(OrvaneDecoded& out, std::span<const uint8_t> file) {
     out.file = static_cast<uint8_t*>(std::malloc(file.size()));
-    if (out.file == nullptr)
-        return ORVANE_CODEC_OUT_OF_MEMORY;
+    if (out.file == nullptr) return ORVANE_CODEC_OUT_OF_MEMORY;
     std::memcpy(out.file, file.data(), file.size());
     out.fileBytes = file.size();
     return ORVANE_CODEC_OK;
@@ -63,11 +59,15 @@ void setColour(OrvaneDecoded& out, uint32_t index, uint8_t red, uint8_t green, u
     entry[3] = 0;
 }
 
+void clear(OrvaneDecoded& decoded) {
+    std::memset(&decoded, 0, sizeof decoded);
+}
+
 void release(OrvaneDecoded& decoded) {
     std::free(decoded.pixels);
     std::free(decoded.mask);
     std::free(decoded.file);
-    decoded = {};
+    clear(decoded);
 }
 
-} // namespace orvane::codecs
+}  // namespace orvane::codecs

@@ -45,7 +45,10 @@ inline uint8_t* pixelRow(OrvaneDecoded& out, uint32_t y) {
 /// Sets palette entry `index`.
 void setColour(OrvaneDecoded& out, uint32_t index, uint8_t red, uint8_t green, uint8_t blue);
 
+/// Zeroes `decoded`, the bytes between its fields included.
+void clear(OrvaneDecoded& decoded);
+
 /// Frees all memory of `decoded` and zeroes it.
 void release(OrvaneDecoded& decoded);
 
-} // namespace orvane::codecs
+}  // namespace orvane::codecs
