@@ -35,10 +35,8 @@ OrvaneCodecResult readPixels(const Reader& dib, const DibHeader& header, uint64_
         makeBitmap(out, header.width, header.height, header.bits, limits);
     if (made != ORVANE_CODEC_OK) return made;
     readColours(dib, header, offset, out);
-    if (packed)
-        unpackRle(dib.bytes(offset), out);
-    else
-        copyRows(dib.bytes(offset), header, out);
+    if (packed) unpackRle(dib.bytes(offset), out);
+    else copyRows(dib.bytes(offset), header, out);
     return ORVANE_CODEC_OK;
 }
 

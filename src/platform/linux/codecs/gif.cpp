@@ -89,17 +89,20 @@ bool findFrame(GifFileType& gif, int& transparent) {
 
 void packRow(const std::vector<uint8_t>& row, OrvaneDecoded& out, uint32_t y) {
     uint8_t* to = pixelRow(out, y);
-    const auto width = static_cast<size_t>(out.width);
+    const auto width = static_cast<uint32_t>(out.width);
     if (out.bitsPerPixel == 8) {
         std::memcpy(to, row.data(), width);
         return;
     }
-    const auto bits = static_cast<size_t>(out.bitsPerPixel);
-    const size_t perByte = 8 / bits;
-    for (size_t x = 0; x < width; ++x) {
-        const size_t shift = (perByte - 1 - x % perByte) * bits;
-        to[x / perByte] = static_cast<uint8_t>(to[x / perByte] | row[x] << shift);
+    const auto bits = static_cast<uint32_t>(out.bitsPerPixel);
+    const uint32_t last = 8 / bits - 1;
+    uint32_t held = 0;
+    for (uint32_t x = 0; x < width; ++x) {
+        held = held << bits | row[x];
+        if ((x & last) == last) *to++ = static_cast<uint8_t>(held);
     }
+    const uint32_t rest = width & last;
+    if (rest != 0) *to = static_cast<uint8_t>(held << (last + 1 - rest) * bits);
 }
 
 /// Decodes the frame's rows one by one and puts them on the picture.

@@ -115,10 +115,8 @@ OrvaneCodecResult readImage(const Candidate& candidate, OrvaneDecoded& out, cons
     if (made != ORVANE_CODEC_OK) return made;
     readColours(candidate.dib, header, start, out);
     const bool hasAlpha = expandRows(candidate.dib.bytes(start), header, out);
-    if (masked)
-        copyMask(candidate.dib.bytes(start + colourBytes), header.topDown, out);
-    else if (hasAlpha)
-        maskFromAlpha(out);
+    if (masked) copyMask(candidate.dib.bytes(start + colourBytes), header.topDown, out);
+    else if (hasAlpha) maskFromAlpha(out);
     if (!hasAlpha) alphaFromMask(out);
     return ORVANE_CODEC_OK;
 }

@@ -76,10 +76,8 @@ OrvaneCodecResult decodeMetafile(std::span<const uint8_t> file, OrvaneDecoded& o
                                  const Limits& limits) {
     const Reader reader(file);
     OrvaneCodecResult (*read)(std::span<const uint8_t>, OrvaneDecoded&) = nullptr;
-    if (reader.u32(0) == kPlaceableKey)
-        read = readWmf;
-    else if (reader.u32(0) == kEmrHeader && reader.u32(40) == kEmfSignature)
-        read = readEmf;
+    if (reader.u32(0) == kPlaceableKey) read = readWmf;
+    else if (reader.u32(0) == kEmrHeader && reader.u32(40) == kEmfSignature) read = readEmf;
     if (read != nullptr)
         return file.size() <= limits.surfaceBytes ? read(file, out) : ORVANE_CODEC_OUT_OF_MEMORY;
     return isMetaHeader(reader) ? ORVANE_CODEC_UNSUPPORTED : ORVANE_CODEC_NOT_RECOGNISED;

@@ -21,10 +21,8 @@ struct Bmp {
     Bytes build() const {
         Bytes dib;
         dib.u32(headerSize);
-        if (headerSize == 12)
-            dib.u16(width).u16(height).u16(planes).u16(bits);
-        else
-            dib.u32(width).u32(height).u16(planes).u16(bits);
+        if (headerSize == 12) dib.u16(width).u16(height).u16(planes).u16(bits);
+        else dib.u32(width).u32(height).u16(planes).u16(bits);
         if (headerSize >= 40) dib.u32(compression).u32(0).u32(0).u32(0).u32(colours).u32(0);
         dib.add(table).zeroes(static_cast<size_t>(gap));
         Bytes file;
