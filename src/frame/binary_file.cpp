@@ -72,10 +72,12 @@ void BinaryFile::open(WStringView name, FileMode mode) {
     using platform::FileAccess;
     using platform::FileDisposition;
     const FileAccess access = mode == FileMode::read    ? FileAccess::read
-                              : mode == FileMode::write ? FileAccess::write
+                              : mode != FileMode::readWrite ? FileAccess::write
                                                         : FileAccess::readWrite;
     const FileDisposition disposition =
-        mode == FileMode::read ? FileDisposition::openExisting : FileDisposition::openAlways;
+        mode == FileMode::read        ? FileDisposition::openExisting
+        : mode == FileMode::createNew ? FileDisposition::createNew
+                                      : FileDisposition::openAlways;
     const platform::FileHandle handle = kernel32.CreateFileA(ansiName, access, disposition);
     if (handle == platform::FileHandle::none) raisePlatformError();
     handle_ = handle;
@@ -199,7 +201,7 @@ std::uint8_t BinaryFile::getSlowly() {
 
 /// Reads until `out` is full or the file ends; how much there was.
 std::size_t BinaryFile::readAt(std::int64_t fileOffset, std::span<std::uint8_t> out) {
-    if (mode_ == FileMode::write) raise(error::kPathAccess);
+    if (mode_ == FileMode::write || mode_ == FileMode::createNew) raise(error::kPathAccess);
     // A decoder of a truncated file asks for byte after byte behind the end.
     if (fileOffset >= knownEnd_) return 0;
     moveTo(fileOffset);

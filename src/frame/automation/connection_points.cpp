@@ -1,0 +1,157 @@
+#include "frame/automation/connection_points.h"
+
+#include "frame/automation/com_list.h"
+#include "frame/automation/marshal.h"
+
+#include <algorithm>
+
+namespace orvane::automation {
+namespace {
+
+struct Connection {
+    IDispatch* sink;
+    DWORD cookie;
+};
+
+struct StoredConnection {
+    Object sink;
+    DWORD cookie;
+    void copyTo(CONNECTDATA& out) const {
+        out.pUnk = Object(sink).detach();
+        out.dwCookie = cookie;
+    }
+};
+using ConnectionEnumerator = ListEnumerator<IEnumConnections, CONNECTDATA, StoredConnection>;
+
+struct StoredPoint {
+    Object point;
+    void copyTo(IConnectionPoint*& out) const {
+        out = reinterpret_cast<IConnectionPoint*>(Object(point).detach());
+    }
+};
+using PointEnumerator = ListEnumerator<IEnumConnectionPoints, IConnectionPoint*, StoredPoint>;
+
+}  // namespace
+
+// The point keeps its owner alive only through the sinks' own references to it: a host holds the
+// point while it connects, and the owner may go first; then the point answers that it is gone.
+class ConnectionPoints::Point final : public SimpleObject<IConnectionPoint> {
+public:
+    Point(AutomationObject& owner, const EventTable& events)
+        : SimpleObject(IID_IConnectionPoint), owner_(&owner), events_(events) {}
+    ~Point() override { disconnectAll(); }
+
+    void ownerEnds() {
+        owner_ = nullptr;
+        disconnectAll();
+    }
+
+    HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID* iid) override {
+        if (iid == nullptr) return E_POINTER;
+        *iid = events_.interfaceId;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE
+    GetConnectionPointContainer(IConnectionPointContainer** container) override {
+        if (container == nullptr) return E_POINTER;
+        *container = nullptr;
+        if (owner_ == nullptr) return E_UNEXPECTED;
+        *container = static_cast<IConnectionPointContainer*>(
+            owner_->queryInterface(IID_IConnectionPointContainer));
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override {
+        if (sink == nullptr || cookie == nullptr) return E_POINTER;
+        if (owner_ == nullptr) return E_UNEXPECTED;
+        void* found = nullptr;
+        if (FAILED(sink->QueryInterface(events_.interfaceId, &found)) &&
+            FAILED(sink->QueryInterface(IID_IDispatch, &found))) {
+            return CONNECT_E_CANNOTCONNECT;
+        }
+        const HRESULT status = guarded([&] {
+            connections_.push_back({static_cast<IDispatch*>(found), nextCookie_});
+        });
+        if (FAILED(status)) static_cast<IDispatch*>(found)->Release();
+        else *cookie = nextCookie_++;
+        return status;
+    }
+    HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override {
+        const auto found = std::ranges::find(connections_, cookie, &Connection::cookie);
+        if (found == connections_.end()) return CONNECT_E_NOCONNECTION;
+        IDispatch* sink = found->sink;
+        connections_.erase(found);
+        sink->Release();
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** connections) override {
+        if (connections == nullptr) return E_POINTER;
+        return guarded([&] {
+            std::vector<StoredConnection> stored;
+            for (const Connection& each : connections_) {
+                stored.push_back({Object(each.sink), each.cookie});
+            }
+            *connections = new ConnectionEnumerator(IID_IEnumConnections, std::move(stored));
+        });
+    }
+
+    void fire(DISPID event, std::span<Variant> arguments) {
+        std::vector<Object> sinks;
+        for (const Connection& each : connections_) sinks.emplace_back(each.sink);
+        std::vector<VARIANTARG> given(arguments.size());
+        for (std::size_t i = 0; i < arguments.size(); ++i) {
+            toVariant(given[arguments.size() - 1 - i], arguments[i]);
+        }
+        for (const Object& sink : sinks) {
+            DISPPARAMS parameters{given.data(), nullptr, static_cast<UINT>(given.size()), 0};
+            EXCEPINFO exception{};
+            static_cast<IDispatch*>(sink.unknown())
+                ->Invoke(event, GUID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
+                         nullptr, &exception, nullptr);
+            SysFreeString(exception.bstrSource);
+            SysFreeString(exception.bstrDescription);
+            SysFreeString(exception.bstrHelpFile);
+        }
+        for (VARIANTARG& argument : given) VariantClear(&argument);
+    }
+
+private:
+    void disconnectAll() {
+        const auto connections = std::exchange(connections_, {});
+        for (const Connection& each : connections) each.sink->Release();
+    }
+
+    AutomationObject* owner_;
+    const EventTable& events_;
+    std::vector<Connection> connections_;
+    DWORD nextCookie_ = 1;
+};
+
+ConnectionPoints::ConnectionPoints(AutomationObject& owner, const EventTable& events)
+    : point_(new Point(owner, events)) {}
+
+ConnectionPoints::~ConnectionPoints() {
+    point_->ownerEnds();
+    point_->Release();
+}
+
+IConnectionPoint* ConnectionPoints::find(REFIID iid) {
+    IID own{};
+    point_->GetConnectionInterface(&own);
+    if (!(iid == own)) return nullptr;
+    point_->AddRef();
+    return point_;
+}
+
+IEnumConnectionPoints* ConnectionPoints::enumerate() {
+    return new PointEnumerator(IID_IEnumConnectionPoints, {StoredPoint{Object(point_)}});
+}
+
+void ConnectionPoints::fire(DISPID event, std::span<Variant> arguments) {
+    // A sink may release the owner while it handles the event.
+    point_->AddRef();
+    Point* point = point_;
+    point->fire(event, arguments);
+    point->Release();
+}
+
+}  // namespace orvane::automation

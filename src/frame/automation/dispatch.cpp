@@ -1,0 +1,212 @@
+#include "frame/automation/dispatch.h"
+
+#include "frame/automation/abi.h"
+#include "frame/automation/error_info.h"
+#include "frame/automation/marshal.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+namespace orvane::automation {
+namespace {
+
+constexpr std::size_t kMostArguments = 64;
+
+bool sameName(const char* known, WStringView asked) {
+    const auto lower = [](char16_t unit) {
+        return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32) : unit;
+    };
+    std::size_t i = 0;
+    for (; known[i] != 0; ++i) {
+        if (i == asked.size() || lower(static_cast<unsigned char>(known[i])) != lower(asked[i])) {
+            return false;
+        }
+    }
+    return i == asked.size();
+}
+
+WStringView viewOfName(const OLECHAR* name) {
+    return name == nullptr ? WStringView() : WStringView(fromOle(name));
+}
+
+const Member* anyMember(const ClassTable& table, DISPID id) {
+    for (const MemberKind kind : {MemberKind::method, MemberKind::propertyGet,
+                                  MemberKind::propertyPut, MemberKind::propertyPutReference}) {
+        if (const Member* member = table.find(id, kind)) return member;
+    }
+    return nullptr;
+}
+
+bool isPut(WORD flags) { return (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0; }
+
+// Scripts read properties with the method flag and call functions with the property flag; both
+// are taken for either.
+const Member* chooseMember(const ClassTable& table, DISPID id, WORD flags) {
+    if ((flags & DISPATCH_PROPERTYPUTREF) != 0) {
+        if (const Member* member = table.find(id, MemberKind::propertyPutReference)) return member;
+    }
+    if (isPut(flags)) {
+        if (const Member* member = table.find(id, MemberKind::propertyPut)) return member;
+        return (flags & DISPATCH_PROPERTYPUT) != 0
+                   ? table.find(id, MemberKind::propertyPutReference)
+                   : nullptr;
+    }
+    if (const Member* member = table.find(id, MemberKind::method)) return member;
+    return table.find(id, MemberKind::propertyGet);
+}
+
+struct Arranged {
+    std::array<VARIANTARG*, kMostArguments> values{};
+    std::array<VARIANTARG*, kMostArguments> rest{};
+    std::size_t restCount = 0;
+};
+
+// DISPPARAMS hold positional arguments last first, behind the named ones.
+HRESULT arrange(const Member& member, const DISPPARAMS& given, bool put, Arranged& arranged,
+                UINT* argumentError) {
+    const std::size_t parameters = member.parameters.size();
+    if (given.cArgs > kMostArguments || given.cNamedArgs > given.cArgs) return DISP_E_BADPARAMCOUNT;
+    const std::size_t positional = given.cArgs - given.cNamedArgs;
+    std::size_t fixed = member.isVariableArgument ? parameters - 1 : parameters;
+    for (std::size_t i = 0; i < positional; ++i) {
+        VARIANTARG* argument = &given.rgvarg[given.cArgs - 1 - i];
+        if (i < fixed) {
+            arranged.values[i] = argument;
+        } else if (member.isVariableArgument) {
+            arranged.rest[arranged.restCount++] = argument;
+        } else {
+            return DISP_E_BADPARAMCOUNT;
+        }
+    }
+    for (std::size_t i = 0; i < given.cNamedArgs; ++i) {
+        DISPID position = given.rgdispidNamedArgs[i];
+        if (put && position == DISPID_PROPERTYPUT) position = static_cast<DISPID>(parameters) - 1;
+        const bool known = position >= 0 && static_cast<std::size_t>(position) < fixed;
+        if (!known || arranged.values[static_cast<std::size_t>(position)] != nullptr) {
+            if (argumentError != nullptr) *argumentError = static_cast<UINT>(i);
+            return DISP_E_PARAMNOTFOUND;
+        }
+        arranged.values[static_cast<std::size_t>(position)] = &given.rgvarg[i];
+    }
+    return S_OK;
+}
+
+// The place in `rgvarg` of the argument that couldn't be converted.
+UINT argumentIndex(const DISPPARAMS& given, const VARIANTARG* argument) {
+    for (UINT i = 0; i < given.cArgs; ++i) {
+        if (&given.rgvarg[i] == argument) return i;
+    }
+    return 0;
+}
+
+std::optional<HRESULT> argumentStatus(std::int32_t errorNumber) {
+    switch (errorNumber) {
+        case error::kTypeMismatch:
+        case error::kInvalidUseOfNull:
+        case error::kObjectRequired: return DISP_E_TYPEMISMATCH;
+        case error::kOverflow: return DISP_E_OVERFLOW;
+        case error::kArgumentNotOptional: return DISP_E_PARAMNOTOPTIONAL;
+        default: return std::nullopt;
+    }
+}
+
+// What a member raises about an argument before it runs is told as a status of its own only where
+// the number comes out the same for the caller.
+bool keepsNumber(std::int32_t errorNumber) {
+    const auto status = argumentStatus(errorNumber);
+    return status && errorNumberOf(*status) == errorNumber;
+}
+
+HRESULT callMember(AutomationObject& object, const Member& member, const DISPPARAMS& given,
+                   bool put, VARIANT& out, EXCEPINFO* exception, UINT* argumentError) {
+    Arranged arranged;
+    const HRESULT status = arrange(member, given, put, arranged, argumentError);
+    if (FAILED(status)) return status;
+    int failed = -1;
+    try {
+        const LateArguments arguments{arranged.values.data(), arranged.rest.data(),
+                                      arranged.restCount};
+        member.invoke(object, member, arguments, out, failed);
+        return S_OK;
+    } catch (const RuntimeError& failure) {
+        if (failed < 0 || !keepsNumber(failure.number)) return fillException(failure, exception);
+        if (argumentError != nullptr) {
+            *argumentError = argumentIndex(given, arranged.values[static_cast<std::size_t>(failed)]);
+        }
+        return *argumentStatus(failure.number);
+    } catch (const std::bad_alloc&) {
+        return fillException(RuntimeError(error::kOutOfMemory), exception);
+    } catch (...) {
+        return E_UNEXPECTED;
+    }
+}
+
+// `object.Items("key")`: a member without parameters gives an object, and the arguments are for
+// that object's default member.
+HRESULT forwardToDefault(VARIANT& first, WORD flags, DISPPARAMS& given, VARIANT* result,
+                         EXCEPINFO* exception, UINT* argumentError) {
+    if (first.vt != VT_DISPATCH || first.pdispVal == nullptr) {
+        VariantClear(&first);
+        return DISP_E_BADPARAMCOUNT;
+    }
+    const HRESULT status = first.pdispVal->Invoke(DISPID_VALUE, GUID_NULL, LOCALE_USER_DEFAULT,
+                                                  flags, &given, result, exception, argumentError);
+    VariantClear(&first);
+    return status;
+}
+
+bool wantsForwarding(const ClassTable& table, const Member* member, DISPID id, WORD flags,
+                     const DISPPARAMS& given) {
+    const UINT own = isPut(flags) ? 1 : 0;
+    if (given.cArgs <= own || id == DISPID_VALUE) return false;
+    if (member == nullptr) return isPut(flags) && table.find(id, MemberKind::propertyGet) != nullptr;
+    return !isPut(flags) && member->parameters.empty();
+}
+
+}  // namespace
+
+HRESULT idsOfNames(const ClassTable& table, OLECHAR* const* names, UINT count, DISPID* ids) {
+    if (names == nullptr || ids == nullptr) return E_POINTER;
+    if (count == 0) return S_OK;
+    ids[0] = table.idOf(viewOfName(names[0]));
+    const Member* member = ids[0] == DISPID_UNKNOWN ? nullptr : anyMember(table, ids[0]);
+    HRESULT status = member != nullptr ? S_OK : DISP_E_UNKNOWNNAME;
+    for (UINT i = 1; i < count; ++i) {
+        ids[i] = DISPID_UNKNOWN;
+        for (std::size_t p = 0; member != nullptr && p < member->parameters.size(); ++p) {
+            if (sameName(member->parameters[p].name, viewOfName(names[i]))) {
+                ids[i] = static_cast<DISPID>(p);
+            }
+        }
+        if (ids[i] == DISPID_UNKNOWN) status = DISP_E_UNKNOWNNAME;
+    }
+    return status;
+}
+
+HRESULT invoke(AutomationObject& object, DISPID id, WORD flags, const DISPPARAMS& parameters,
+               VARIANT* result, EXCEPINFO* exception, UINT* argumentError) {
+    const ClassTable& table = object.classTable();
+    const Member* member = chooseMember(table, id, flags);
+    VARIANT out{};
+    if (wantsForwarding(table, member, id, flags, parameters)) {
+        const Member* source = member != nullptr ? member : table.find(id, MemberKind::propertyGet);
+        const DISPPARAMS none{};
+        const HRESULT status =
+            callMember(object, *source, none, false, out, exception, argumentError);
+        if (FAILED(status)) return status;
+        return forwardToDefault(out, flags, const_cast<DISPPARAMS&>(parameters), result, exception,
+                                argumentError);
+    }
+    if (member == nullptr) return DISP_E_MEMBERNOTFOUND;
+    const HRESULT status =
+        callMember(object, *member, parameters, isPut(flags), out, exception, argumentError);
+    if (result != nullptr) {
+        *result = out;
+    } else {
+        VariantClear(&out);
+    }
+    return status;
+}
+
+}  // namespace orvane::automation

@@ -1,0 +1,155 @@
+#include "frame/automation/error_info.h"
+
+#include "frame/automation/abi.h"
+
+#include <atomic>
+
+namespace orvane::automation {
+namespace {
+
+constexpr std::int32_t kControlFacility = static_cast<std::int32_t>(0x800A0000);
+
+class ErrorInfo final : public IErrorInfo {
+public:
+    explicit ErrorInfo(RuntimeError failure) : failure_(std::move(failure)) {}
+    virtual ~ErrorInfo() = default;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        if (object == nullptr) return E_POINTER;
+        *object = nullptr;
+        if (!(iid == IID_IUnknown) && !(iid == IID_IErrorInfo)) return E_NOINTERFACE;
+        AddRef();
+        *object = static_cast<IErrorInfo*>(this);
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG left = --references_;
+        if (left == 0) delete this;
+        return left;
+    }
+    HRESULT STDMETHODCALLTYPE GetGUID(GUID* guid) override {
+        *guid = GUID{};
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetSource(BSTR* text) override { return give(failure_.source, text); }
+    HRESULT STDMETHODCALLTYPE GetDescription(BSTR* text) override {
+        return give(failure_.description, text);
+    }
+    HRESULT STDMETHODCALLTYPE GetHelpFile(BSTR* text) override {
+        return give(failure_.helpFile, text);
+    }
+    HRESULT STDMETHODCALLTYPE GetHelpContext(DWORD* context) override {
+        *context = static_cast<DWORD>(failure_.helpContext);
+        return S_OK;
+    }
+
+private:
+    static HRESULT give(const WString& text, BSTR* out) {
+        *out = text.isNull() ? nullptr
+                             : SysAllocStringLen(toOle(text.data()), static_cast<UINT>(text.size()));
+        return text.isNull() || *out != nullptr ? S_OK : E_OUTOFMEMORY;
+    }
+
+    std::atomic<ULONG> references_{1};
+    RuntimeError failure_;
+};
+
+BSTR bstrOrNull(const WString& text) {
+    return text.isNull() ? nullptr
+                         : SysAllocStringLen(toOle(text.data()), static_cast<UINT>(text.size()));
+}
+
+WString take(BSTR text) {
+    WString result(viewOf(text));
+    SysFreeString(text);
+    return result;
+}
+
+RuntimeError errorFrom(HRESULT status, IErrorInfo& info) {
+    BSTR text = nullptr;
+    RuntimeError failure(errorNumberOf(status));
+    if (SUCCEEDED(info.GetDescription(&text)) && text != nullptr) failure.description = take(text);
+    text = nullptr;
+    if (SUCCEEDED(info.GetSource(&text))) failure.source = take(text);
+    text = nullptr;
+    if (SUCCEEDED(info.GetHelpFile(&text))) failure.helpFile = take(text);
+    DWORD context = 0;
+    if (SUCCEEDED(info.GetHelpContext(&context))) {
+        failure.helpContext = static_cast<std::int32_t>(context);
+    }
+    return failure;
+}
+
+}  // namespace
+
+HRESULT statusOf(std::int32_t errorNumber) {
+    if (errorNumber >= 1 && errorNumber <= 0xFFFF) return kControlFacility + errorNumber;
+    return errorNumber;
+}
+
+std::int32_t errorNumberOf(HRESULT status) {
+    switch (static_cast<std::int32_t>(status)) {
+        case DISP_E_TYPEMISMATCH: return error::kTypeMismatch;
+        case DISP_E_OVERFLOW: return error::kOverflow;
+        case DISP_E_BADINDEX: return error::kSubscriptOutOfRange;
+        case DISP_E_DIVBYZERO: return error::kDivisionByZero;
+        case E_OUTOFMEMORY: return error::kOutOfMemory;
+        case DISP_E_UNKNOWNNAME:
+        case DISP_E_MEMBERNOTFOUND: return error::kNoSuchMember;
+        case DISP_E_PARAMNOTOPTIONAL: return error::kArgumentNotOptional;
+        default: break;
+    }
+    const auto bits = static_cast<std::uint32_t>(status);
+    if ((bits & 0xFFFF0000U) == 0x800A0000U && (bits & 0xFFFFU) != 0) {
+        return static_cast<std::int32_t>(bits & 0xFFFFU);
+    }
+    return static_cast<std::int32_t>(status);
+}
+
+HRESULT reportError(const RuntimeError& failure) {
+    try {
+        auto* info = new ErrorInfo(failure);
+        SetErrorInfo(0, info);
+        info->Release();
+    } catch (const std::bad_alloc&) {
+        SetErrorInfo(0, nullptr);
+    }
+    return statusOf(failure.number);
+}
+
+HRESULT fillException(const RuntimeError& failure, EXCEPINFO* exception) {
+    if (exception != nullptr) {
+        *exception = EXCEPINFO{};
+        exception->scode = statusOf(failure.number);
+        exception->bstrDescription = bstrOrNull(failure.description);
+        exception->bstrSource = bstrOrNull(failure.source);
+        exception->bstrHelpFile = bstrOrNull(failure.helpFile);
+        exception->dwHelpContext = static_cast<DWORD>(failure.helpContext);
+    }
+    return DISP_E_EXCEPTION;
+}
+
+void raiseStatus(HRESULT status) {
+    IErrorInfo* info = nullptr;
+    if (GetErrorInfo(0, &info) == S_OK && info != nullptr) {
+        RuntimeError failure = errorFrom(status, *info);
+        info->Release();
+        throw failure;
+    }
+    throw RuntimeError(errorNumberOf(status));
+}
+
+void raiseInvokeFailure(HRESULT status, EXCEPINFO& exception) {
+    if (status != DISP_E_EXCEPTION) throw RuntimeError(errorNumberOf(status));
+    if (exception.pfnDeferredFillIn != nullptr) exception.pfnDeferredFillIn(&exception);
+    const HRESULT code = exception.scode != 0 ? exception.scode : exception.wCode;
+    RuntimeError failure(errorNumberOf(code));
+    if (exception.bstrDescription != nullptr) failure.description = take(exception.bstrDescription);
+    failure.source = take(exception.bstrSource);
+    failure.helpFile = take(exception.bstrHelpFile);
+    failure.helpContext = static_cast<std::int32_t>(exception.dwHelpContext);
+    throw failure;
+}
+
+}  // namespace orvane::automation

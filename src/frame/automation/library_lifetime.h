@@ -1,0 +1,24 @@
+#pragma once
+
+#include <utility>
+
+namespace orvane::automation {
+
+/// Runs `action(value)` when the library is unloaded, last registered first. At the end of the
+/// process nothing is run on Windows, and on Linux only after the last exit handler: an object that
+/// a host releases while the process exits still finds everything in place, which static
+/// destructors would not give.
+void atUnload(void (*action)(void*), void* value);
+
+/// Carries the actions out; called by the module's entry when it is unloaded.
+void runUnloadActions();
+
+/// An object that lives from first use until the library is unloaded.
+template <class T, class Make>
+T& permanent(Make&& make) {
+    T* object = new T(make());
+    atUnload([](void* value) { delete static_cast<T*>(value); }, object);
+    return *object;
+}
+
+}  // namespace orvane::automation

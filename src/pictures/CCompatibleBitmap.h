@@ -1,0 +1,10 @@
+#pragma once
+
+#include "pictures/BitmapHolder.h"
+
+namespace orvane {
+
+/// A bitmap that a `CCompatibleDC` made.
+class CCompatibleBitmap final : public BitmapHolder {};
+
+}  // namespace orvane
