@@ -32,9 +32,9 @@ int toleranceOf(const std::string& name) {
     }
     // Pixels of a run behind the right edge go on in the next row there; Windows cuts them.
     if (name.ends_with("blauesglas_4.rle")) return 255;
-    // Two bits of blue become 0, 64, 128, 192 there, and not 0 to 255.
+    // One bit of red ends at 127 there, two bits of blue at 191, and not at 255.
     if (name.ends_with("rgba16-1924.bmp")) return 128;
-    // Four and five bits end at 240 and 248 there.
+    // Four bits end at 239 there, five at 247.
     if (name.ends_with("V3_X4_R4_G4_B4.bmp")) return 16;
     if (name.ends_with("V3_R5_G6_B5.bmp") || name.ends_with("rgb16bfdef.bmp")) return 8;
     return name.ends_with("rgba32-1010102.bmp") ? 1 : 0;
