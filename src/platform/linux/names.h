@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Texts between the ANSI code page of the operations and the UTF-8 of the system here.
+namespace orvane::platform {
+
+/// A text in the ANSI code page as UTF-8. Like the platform's functions, it ends at the first NUL.
+std::string systemName(std::string_view ansi);
+
+/// A text of the system in the ANSI code page. A character that the code page lacks, and a byte
+/// that is no UTF-8, come out as "?", the platform's substitute.
+std::string ansiName(std::string_view utf8);
+
+/// True when `ansiName` loses nothing of `utf8`.
+bool fitsAnsi(std::string_view utf8);
+
+/// Takes the character that `utf8` begins with away from it and gives its code point; -1 when its
+/// first byte begins no character (that byte alone is taken). `utf8` is not empty.
+int takeCodePoint(std::string_view& utf8);
+
+}  // namespace orvane::platform

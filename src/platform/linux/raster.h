@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/linux/surface.h"
+
+#include <cstdint>
+
+/// Copies of pixels between surfaces and blocks of pixels.
+namespace orvane::platform {
+
+/// Pixels to read. Those of a surface, or of a block that a caller describes with a header.
+struct PixelView {
+    const std::uint8_t* bits = nullptr;
+    std::size_t stride = 0;
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    bool topDown = true;
+    const PixelFormat* format = nullptr;
+
+    /// Row `y` from the top.
+    const std::uint8_t* row(std::int32_t y) const {
+        return bits + static_cast<std::size_t>(topDown ? y : height - 1 - y) * stride;
+    }
+};
+
+PixelView viewOf(const Surface& surface);
+
+/// A rectangle of pixels, y from the top. A negative width or height turns it round: it then lies
+/// left of x or above y, and what is copied between two of opposite sign is mirrored.
+struct Area {
+    std::int64_t x = 0;
+    std::int64_t y = 0;
+    std::int64_t width = 0;
+    std::int64_t height = 0;
+};
+
+/// True when the result of a ternary raster operation depends on the source's pixels.
+bool usesSource(std::uint32_t rasterOperation);
+
+/// Combines the pixels of `from` with those of `to` by a ternary raster operation, the pattern
+/// being the white brush of a new device context. Areas of different sizes are matched by the
+/// nearest pixel. What lies outside the target is left out, and so is what would come from outside
+/// the source. Source and target may overlap when the sizes are the same.
+void transfer(Surface& target, Area to, const PixelView& source, Area from,
+              std::uint32_t rasterOperation);
+
+/// The same for an operation without a source.
+void fill(Surface& target, Area to, std::uint32_t rasterOperation);
+
+}  // namespace orvane::platform
