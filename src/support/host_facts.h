@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-/// Facts of the host: who runs it, where, on which system, with how much memory. A fact that the
-/// platform refuses raises the run-time error of that failure.
+/// Facts of the host: who runs it, where, with how much memory. A fact that the platform refuses
+/// raises the run-time error of that failure.
 namespace orvane {
 
 /// The logon name of the process's user.
@@ -16,25 +16,6 @@ WString nqGetUserName();
 WString nqGetFullUserName(bool qualified);
 
 WString nqGetComputerName();
-
-/// The system's name, its service pack if `withServicePack`, and its version in brackets if
-/// `withVersion`: "Microsoft Windows XP Service Pack 3 [5.1.2600]".
-WString nqGetHostOSFullName(bool withServicePack, bool withVersion);
-
-/// The system's name alone, without round brackets, so that it can stand between some:
-/// "Windows XP".
-WString nqGetHostOSShortName();
-
-/// The line of systems, as the platform counts itself.
-bool nqIsHostWin9x();
-bool nqIsHostWinNT();
-
-/// Windows 98 or later of its line, or Windows 2000 or later.
-bool nqIsHostWin98_OrHigher();
-
-/// Windows 2000 or later of the NT line. A system outside the Windows lines, which tells a name of
-/// its own, counts as newer than all of them.
-bool nqIsHostWin2000_OrHigher();
 
 /// Memory figures; quantities in bytes, whole numbers in Doubles.
 struct MemoryFigures {

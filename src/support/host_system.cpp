@@ -1,7 +1,8 @@
+#include "support/host_system.h"
+
 #include "frame/values/codepage.h"
 #include "frame/values/conversions.h"
 #include "platform/kernel32.h"
-#include "support/host_facts.h"
 #include "support/platform_failure.h"
 #include "support/text.h"
 

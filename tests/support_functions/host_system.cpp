@@ -1,7 +1,8 @@
+#include "support/host_system.h"
+
 #include "frame/binary_file.h"
 #include "platform/kernel32.h"
 #include "raised_error.h"
-#include "support/host_facts.h"
 #include "support/recorder.h"
 
 #include <gtest/gtest.h>
