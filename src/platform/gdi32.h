@@ -41,19 +41,28 @@ inline constexpr std::uint32_t kSrcCopy = 0x00CC0020;
 
 struct Gdi32 {
     /// A memory device context; `reference` none is the screen.
-    Operation<DeviceContext(DeviceContext reference)> CreateCompatibleDC{
-        "gdi32", "CreateCompatibleDC", DeviceContext::none, kErrorNotEnoughMemory,
-        {"dc", Holding::kResult}};
-    Operation<bool(DeviceContext dc)> DeleteDC{"gdi32", "DeleteDC", false, kErrorInvalidHandle,
-                                               {"dc", Holding::kNothing, 0}};
+    Operation<DeviceContext(DeviceContext reference)> CreateCompatibleDC{"gdi32",
+                                                                         "CreateCompatibleDC",
+                                                                         DeviceContext::none,
+                                                                         kErrorNotEnoughMemory,
+                                                                         {"dc", Holding::kResult}};
+    Operation<bool(DeviceContext dc)> DeleteDC{
+        "gdi32", "DeleteDC", false, kErrorInvalidHandle, {"dc", Holding::kNothing, 0}};
     /// A bitmap with the header's depth; `bits` is the address of its first stored row.
-    Operation<BitmapHandle(DeviceContext dc, const BitmapInfo& info, std::uint32_t usage, void*& bits)>
-        CreateDIBSection{"gdi32", "CreateDIBSection", BitmapHandle::none, kErrorNotEnoughMemory,
+    Operation<BitmapHandle(DeviceContext dc, const BitmapInfo& info, std::uint32_t usage,
+                           void*& bits)>
+        CreateDIBSection{"gdi32",
+                         "CreateDIBSection",
+                         BitmapHandle::none,
+                         kErrorNotEnoughMemory,
                          {"bitmap", Holding::kResult}};
     /// A bitmap of the depth of the one that is selected in `dc`.
     Operation<BitmapHandle(DeviceContext dc, std::int32_t width, std::int32_t height)>
-        CreateCompatibleBitmap{"gdi32", "CreateCompatibleBitmap", BitmapHandle::none,
-                               kErrorNotEnoughMemory, {"bitmap", Holding::kResult}};
+        CreateCompatibleBitmap{"gdi32",
+                               "CreateCompatibleBitmap",
+                               BitmapHandle::none,
+                               kErrorNotEnoughMemory,
+                               {"bitmap", Holding::kResult}};
     /// Selects a bitmap; the one that was selected before, or none when it failed.
     Operation<BitmapHandle(DeviceContext dc, BitmapHandle bitmap)> SelectObject{
         "gdi32", "SelectObject", BitmapHandle::none, kErrorInvalidHandle};
@@ -69,17 +78,16 @@ struct Gdi32 {
                            std::uint32_t usage, std::uint32_t rasterOperation)>
         StretchDIBits{"gdi32", "StretchDIBits", 0, kErrorInvalidHandle};
     /// Deletes a bitmap; one that is selected in a device context stays and the call fails.
-    Operation<bool(BitmapHandle bitmap)> DeleteObject{"gdi32", "DeleteObject", false,
-                                                      kErrorInvalidHandle,
-                                                      {"bitmap", Holding::kNothing, 0}};
+    Operation<bool(BitmapHandle bitmap)> DeleteObject{
+        "gdi32", "DeleteObject", false, kErrorInvalidHandle, {"bitmap", Holding::kNothing, 0}};
     /// The size of the record (24), or 0 when the handle is not a bitmap's.
     Operation<std::int32_t(BitmapHandle bitmap, BitmapFacts& facts)> GetObjectA{
         "gdi32", "GetObjectA", 0, kErrorInvalidHandle};
 
     template <class Visitor>
     constexpr void visit(Visitor&& visitor) {
-        visitor(CreateCompatibleDC, DeleteDC, CreateDIBSection, CreateCompatibleBitmap, SelectObject,
-                BitBlt, StretchDIBits, DeleteObject, GetObjectA);
+        visitor(CreateCompatibleDC, DeleteDC, CreateDIBSection, CreateCompatibleBitmap,
+                SelectObject, BitBlt, StretchDIBits, DeleteObject, GetObjectA);
     }
 };
 extern Gdi32 gdi32;

@@ -8,9 +8,13 @@
 namespace orvane::platform {
 
 /// How `CreateFileA` opens (the platform's own access bits and dispositions).
-enum class FileAccess : std::uint32_t { read = 0x80000000, write = 0x40000000, readWrite = 0xC0000000 };
+enum class FileAccess : std::uint32_t {
+    read = 0x80000000,
+    write = 0x40000000,
+    readWrite = 0xC0000000
+};
 enum class FileDisposition : std::uint32_t {
-    createNew = 1,     ///< fails with `kErrorFileExists` when the name is taken
+    createNew = 1,  ///< fails with `kErrorFileExists` when the name is taken
     createAlways = 2,
     openExisting = 3,
     openAlways = 4
@@ -32,8 +36,8 @@ struct MemoryStatus {
 void describe(std::string& out, const MemoryStatus& status);
 
 /// The host system (`OSVERSIONINFOA`): `platformId` 1 is the 9x line, 2 the NT line.
-/// `systemName` is the platform's own long name where it has one ("Debian GNU/Linux 12 (bookworm)"),
-/// else empty.
+/// `systemName` is the platform's own long name where it has one ("Debian GNU/Linux 12
+/// (bookworm)"), else empty.
 struct SystemVersion {
     std::uint32_t major = 0;
     std::uint32_t minor = 0;
@@ -46,8 +50,12 @@ void describe(std::string& out, const SystemVersion& version);
 
 /// Names and texts are in the ANSI code page, as the `A` entry points take them.
 struct Kernel32 {
-    Operation<FileHandle(const std::string& fileName, FileAccess access, FileDisposition disposition)>
-        CreateFileA{"kernel32", "CreateFileA", FileHandle::none, kErrorFileNotFound,
+    Operation<FileHandle(const std::string& fileName, FileAccess access,
+                         FileDisposition disposition)>
+        CreateFileA{"kernel32",
+                    "CreateFileA",
+                    FileHandle::none,
+                    kErrorFileNotFound,
                     {"file", Holding::kResult}};
     /// Reads up to `buffer.size()` bytes at the file's position; `read` 0 is the end of the file.
     Operation<bool(FileHandle file, std::span<std::uint8_t> buffer, std::uint32_t& read)> ReadFile{
@@ -60,9 +68,8 @@ struct Kernel32 {
     /// The file's length in bytes, or -1.
     Operation<std::int64_t(FileHandle file)> GetFileSize{"kernel32", "GetFileSize", -1,
                                                          kErrorInvalidHandle};
-    Operation<bool(FileHandle file)> CloseHandle{"kernel32", "CloseHandle", false,
-                                                 kErrorInvalidHandle,
-                                                 {"file", Holding::kNothing, 0}};
+    Operation<bool(FileHandle file)> CloseHandle{
+        "kernel32", "CloseHandle", false, kErrorInvalidHandle, {"file", Holding::kNothing, 0}};
     Operation<bool(const std::string& fileName)> DeleteFileA{"kernel32", "DeleteFileA", false,
                                                              kErrorAccessDenied};
     /// Attribute bits, or `kInvalidFileAttributes`.
@@ -75,18 +82,19 @@ struct Kernel32 {
     /// Creates an empty file of a new name in `folder`, exclusively; its full name, or empty.
     Operation<std::string(const std::string& folder, const std::string& prefix)> GetTempFileNameA{
         "kernel32", "GetTempFileNameA", {}, kErrorAccessDenied};
-    Operation<std::string(const std::string& name)> GetFullPathNameA{"kernel32", "GetFullPathNameA",
-                                                                     {}, kErrorInvalidName};
-    Operation<std::string(const std::string& name)> GetLongPathNameA{"kernel32", "GetLongPathNameA",
-                                                                     {}, kErrorFileNotFound};
+    Operation<std::string(const std::string& name)> GetFullPathNameA{
+        "kernel32", "GetFullPathNameA", {}, kErrorInvalidName};
+    Operation<std::string(const std::string& name)> GetLongPathNameA{
+        "kernel32", "GetLongPathNameA", {}, kErrorFileNotFound};
     /// The process's command line; the platform owns it.
     Operation<const char16_t*()> GetCommandLineW{"kernel32", "GetCommandLineW", nullptr, 0};
     /// A loaded module's file name; `ModuleHandle::none` is the host's executable.
-    Operation<std::string(ModuleHandle module)> GetModuleFileNameA{"kernel32", "GetModuleFileNameA",
-                                                                   {}, kErrorModuleNotFound};
+    Operation<std::string(ModuleHandle module)> GetModuleFileNameA{
+        "kernel32", "GetModuleFileNameA", {}, kErrorModuleNotFound};
     Operation<ModuleHandle(const std::string& moduleName)> GetModuleHandleA{
         "kernel32", "GetModuleHandleA", ModuleHandle::none, kErrorModuleNotFound};
-    Operation<std::string()> GetComputerNameA{"kernel32", "GetComputerNameA", {}, kErrorInvalidFunction};
+    Operation<std::string()> GetComputerNameA{
+        "kernel32", "GetComputerNameA", {}, kErrorInvalidFunction};
     Operation<bool(MemoryStatus& status)> GlobalMemoryStatusEx{"kernel32", "GlobalMemoryStatusEx",
                                                                false, kErrorInvalidFunction};
     Operation<bool(SystemVersion& version)> GetVersionExA{"kernel32", "GetVersionExA", false,
@@ -101,9 +109,10 @@ struct Kernel32 {
     Operation<std::uint64_t()> GetSystemTimeAsFileTime{"kernel32", "GetSystemTimeAsFileTime"};
     /// A slot with one pointer a thread. `onThreadEnd` gets each non-null pointer when its thread
     /// ends; it may only free memory.
-    Operation<std::uint32_t(void (*onThreadEnd)(void* value))> TlsAlloc{"kernel32", "TlsAlloc",
-                                                                        0xFFFFFFFF, kErrorNotEnoughMemory};
-    Operation<bool(std::uint32_t slot)> TlsFree{"kernel32", "TlsFree", false, kErrorInvalidParameter};
+    Operation<std::uint32_t(void (*onThreadEnd)(void* value))> TlsAlloc{
+        "kernel32", "TlsAlloc", 0xFFFFFFFF, kErrorNotEnoughMemory};
+    Operation<bool(std::uint32_t slot)> TlsFree{"kernel32", "TlsFree", false,
+                                                kErrorInvalidParameter};
     Operation<void*(std::uint32_t slot)> TlsGetValue{"kernel32", "TlsGetValue", nullptr, 0};
     Operation<bool(std::uint32_t slot, void* value)> TlsSetValue{"kernel32", "TlsSetValue", false,
                                                                  kErrorNotEnoughMemory};

@@ -23,8 +23,10 @@ struct Oleaut32 {
     /// Makes a picture object; with `own` it deletes the handle at its end. The caller gets one
     /// reference in `picture`.
     Operation<std::int32_t(const PictureDescription& description, bool own, IPictureDisp*& picture)>
-        OleCreatePictureIndirect{"oleaut32", "OleCreatePictureIndirect",
-                                 static_cast<std::int32_t>(0x8007000E), kErrorNotEnoughMemory,
+        OleCreatePictureIndirect{"oleaut32",
+                                 "OleCreatePictureIndirect",
+                                 static_cast<std::int32_t>(0x8007000E),
+                                 kErrorNotEnoughMemory,
                                  {"bitmap", Holding::kNothing, 0, 1}};
 
     template <class Visitor>

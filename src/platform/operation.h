@@ -21,10 +21,10 @@ void setLastError(std::uint32_t error);
 struct Holding {
     static constexpr int kNothing = -2;
     static constexpr int kResult = -1;
-    const char* kind = nullptr;   ///< "file", "bitmap", ...; null when the operation holds nothing
-    int acquires = kNothing;      ///< `kResult` or the index of the argument that comes back
-    int releases = kNothing;      ///< the index of the argument that is given back
-    int onlyIf = kNothing;        ///< the index of a Boolean argument: given back only if it is true
+    const char* kind = nullptr;  ///< "file", "bitmap", ...; null when the operation holds nothing
+    int acquires = kNothing;     ///< `kResult` or the index of the argument that comes back
+    int releases = kNothing;     ///< the index of the argument that is given back
+    int onlyIf = kNothing;       ///< the index of a Boolean argument: given back only if it is true
 };
 
 /// One call as a shim sees it: texts of the arguments, and of the result once it is known.
@@ -34,10 +34,11 @@ struct CallRecord {
     Holding holding;
     std::vector<std::string> arguments;
     std::string result;
-    bool failed = false;          ///< the result equals the operation's failure result
-    std::uint32_t error = 0;      ///< the last error after the call
-    std::vector<std::string> acquired{};  ///< texts of the handles that a successful call handed out
-    std::vector<std::string> released{};  ///< texts of the handles that it took back
+    bool failed = false;      ///< the result equals the operation's failure result
+    std::uint32_t error = 0;  ///< the last error after the call
+    /// Texts of the handles that a successful call handed out and took back.
+    std::vector<std::string> acquired{};
+    std::vector<std::string> released{};
 
     /// `Name(arguments) -> result`, one line.
     std::string text() const;
@@ -156,9 +157,12 @@ public:
             return function(static_cast<Arguments>(arguments)...);
         };
         context_ = nullptr;
+        bound_ = true;
     }
 
-    constexpr bool isBound() const { return target_ != nullptr; }
+    // Not a comparison of the target with null: under UndefinedBehaviorSanitizer gcc doesn't take
+    // that for a constant expression.
+    constexpr bool isBound() const { return bound_; }
     constexpr Target target() const { return target_; }
     constexpr void* context() const { return context_; }
 
@@ -166,6 +170,7 @@ public:
     void replace(Target newTarget, void* newContext) {
         target_ = newTarget;
         context_ = newContext;
+        bound_ = newTarget != nullptr;
     }
 
     void intercept(Interceptor& interceptor) override {
@@ -255,6 +260,7 @@ private:
 
     Target target_ = nullptr;
     void* context_ = nullptr;
+    bool bound_ = false;
     Failure failure_;
     std::uint32_t error_;
 };
@@ -263,9 +269,8 @@ private:
 template <class Table>
 constexpr bool allBound(const Table& table) {
     bool bound = true;
-    const_cast<Table&>(table).visit([&bound](auto&... operations) {
-        bound = (operations.isBound() && ...);
-    });
+    const_cast<Table&>(table).visit(
+        [&bound](auto&... operations) { bound = (operations.isBound() && ...); });
     return bound;
 }
 

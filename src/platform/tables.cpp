@@ -14,9 +14,8 @@ static_assert(visitsEveryMember<HostRuntime>());
 std::vector<OperationBase*> allOperations() {
     std::vector<OperationBase*> operations;
     forEachTable([&operations](auto& table) {
-        forEachOperation(table, [&operations](OperationBase& operation) {
-            operations.push_back(&operation);
-        });
+        forEachOperation(
+            table, [&operations](OperationBase& operation) { operations.push_back(&operation); });
     });
     return operations;
 }

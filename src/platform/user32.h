@@ -18,9 +18,8 @@ void describe(std::string& out, const IconFacts& facts);
 std::vector<std::string> handlesIn(const IconFacts& facts);
 
 struct User32 {
-    Operation<bool(IconHandle icon, IconFacts& facts)> GetIconInfo{"user32", "GetIconInfo", false,
-                                                                   kErrorInvalidHandle,
-                                                                   {"bitmap", 1}};
+    Operation<bool(IconHandle icon, IconFacts& facts)> GetIconInfo{
+        "user32", "GetIconInfo", false, kErrorInvalidHandle, {"bitmap", 1}};
 
     template <class Visitor>
     constexpr void visit(Visitor&& visitor) {

@@ -7,8 +7,8 @@ namespace orvane::platform {
 
 struct Winmm {
     /// The multimedia library's text for a command-string error; empty when it has none.
-    Operation<std::string(std::uint32_t number)> mciGetErrorStringA{"winmm", "mciGetErrorStringA",
-                                                                    {}, kErrorInvalidParameter};
+    Operation<std::string(std::uint32_t number)> mciGetErrorStringA{
+        "winmm", "mciGetErrorStringA", {}, kErrorInvalidParameter};
 
     template <class Visitor>
     constexpr void visit(Visitor&& visitor) {

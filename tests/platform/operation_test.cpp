@@ -79,9 +79,8 @@ TEST(CallRecord, ReadsAsOneLine) {
 TEST(Tables, AreBoundWhole) {
     forEachTable([](auto& table) {
         EXPECT_TRUE(allBound(table));
-        forEachOperation(table, [](OperationBase& operation) {
-            EXPECT_NE(operation.name(), nullptr);
-        });
+        forEachOperation(table,
+                         [](OperationBase& operation) { EXPECT_NE(operation.name(), nullptr); });
     });
 }
 

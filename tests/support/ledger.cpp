@@ -4,7 +4,8 @@ namespace orvane::test {
 
 void Ledger::note(const platform::CallRecord& call) {
     if (call.holding.kind == nullptr) return;
-    for (const std::string& handle : call.released) open_.erase({call.holding.kind, handle});
+    for (const std::string& handle : call.released)
+        open_.erase({call.holding.kind, handle});
     for (const std::string& handle : call.acquired) {
         open_[{call.holding.kind, handle}] = call.text();
     }

@@ -10,7 +10,8 @@ namespace orvane::test {
 ScopedInterception::ScopedInterception(std::vector<platform::OperationBase*> operations,
                                        platform::Interceptor& interceptor)
     : operations_(std::move(operations)) {
-    for (platform::OperationBase* operation : operations_) operation->intercept(interceptor);
+    for (platform::OperationBase* operation : operations_)
+        operation->intercept(interceptor);
 }
 
 ScopedInterception::~ScopedInterception() {
@@ -31,7 +32,8 @@ void Recorder::leave(const platform::CallRecord& call) {
 
 std::vector<std::string> Recorder::lines() const {
     std::vector<std::string> lines;
-    for (const platform::CallRecord& call : calls_) lines.push_back(call.text());
+    for (const platform::CallRecord& call : calls_)
+        lines.push_back(call.text());
     return lines;
 }
 
@@ -45,7 +47,8 @@ std::vector<std::string> Recorder::linesOf(std::string_view name) const {
 
 std::vector<std::string> Recorder::names() const {
     std::vector<std::string> names;
-    for (const platform::CallRecord& call : calls_) names.emplace_back(call.name);
+    for (const platform::CallRecord& call : calls_)
+        names.emplace_back(call.name);
     return names;
 }
 
@@ -58,9 +61,11 @@ testing::AssertionResult Recorder::saw(const std::vector<std::string>& patterns)
     if (std::ranges::equal(seen, patterns, matches)) return testing::AssertionSuccess();
     testing::AssertionResult result = testing::AssertionFailure();
     result << "the calls were";
-    for (const std::string& line : seen) result << "\n    " << line;
+    for (const std::string& line : seen)
+        result << "\n    " << line;
     result << "\nand were to be";
-    for (const std::string& pattern : patterns) result << "\n    " << pattern;
+    for (const std::string& pattern : patterns)
+        result << "\n    " << pattern;
     return result;
 }
 

@@ -51,7 +51,9 @@ public:
     explicit Recorder(std::vector<platform::OperationBase*> operations);
     /// Records the operations of these tables.
     template <class Table, class... Tables>
-        requires requires(Table& table) { table.visit([](auto&...) {}); }
+    requires requires(Table& table) {
+        table.visit([](auto&...) {});
+    }
     explicit Recorder(Table& first, Tables&... more) : Recorder(operationsOf(first, more...)) {}
 
     const std::vector<platform::CallRecord>& calls() const { return calls_; }
@@ -112,8 +114,7 @@ public:
 
 private:
     static Result call(void* context, Arguments... arguments) {
-        return static_cast<ScopedTarget*>(context)->function_(
-            static_cast<Arguments>(arguments)...);
+        return static_cast<ScopedTarget*>(context)->function_(static_cast<Arguments>(arguments)...);
     }
 
     platform::Operation<Result(Arguments...)>& operation_;

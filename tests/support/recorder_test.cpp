@@ -59,9 +59,9 @@ TEST_F(RecorderTest, KnowsWhatWasLeftOpen) {
     Recorder recorder(toy_);
     const FileHandle kept = toy_.Open("kept");
     toy_.Close(toy_.Open("closed"));
-    EXPECT_THAT(recorder.leftOpen(), ElementsAre("thing " + platform::described(kept) +
-                                                 " from Open(\"kept\") -> " +
-                                                 platform::described(kept)));
+    EXPECT_THAT(recorder.leftOpen(),
+                ElementsAre("thing " + platform::described(kept) + " from Open(\"kept\") -> " +
+                            platform::described(kept)));
     toy_.Close(kept);
     EXPECT_THAT(recorder.leftOpen(), IsEmpty());
 }
@@ -114,8 +114,8 @@ TEST_F(RecorderTest, PutsTheOperationsBack) {
             EXPECT_EQ(inner.calls().size(), 1u);
         }
         toy_.Open("outer");
-        EXPECT_THAT(outer.lines(), ElementsAre(StartsWith("Open(\"both\")"),
-                                               StartsWith("Open(\"outer\")")));
+        EXPECT_THAT(outer.lines(),
+                    ElementsAre(StartsWith("Open(\"both\")"), StartsWith("Open(\"outer\")")));
     }
     EXPECT_EQ(toy_.Open.target(), target);
 }
@@ -123,8 +123,7 @@ TEST_F(RecorderTest, PutsTheOperationsBack) {
 TEST_F(RecorderTest, SurvivesATargetThatThrows) {
     const auto target = toy_.Open.target();
     {
-        const ScopedTarget fake(toy_.Open,
-                                [](const std::string&) -> FileHandle { throw 1; });
+        const ScopedTarget fake(toy_.Open, [](const std::string&) -> FileHandle { throw 1; });
         Recorder recorder(toy_);
         EXPECT_THROW(toy_.Open("a"), int);
         EXPECT_TRUE(toy_.Name(FileHandle::none).empty());
@@ -143,9 +142,8 @@ TEST_F(RecorderTest, RecordsEveryTableOfThePlatform) {
 TEST_F(RecorderTest, FakesAnOperationForAScope) {
     {
         const auto real = toy_.Open;
-        ScopedTarget fake(toy_.Open, [&real](const std::string& name) {
-            return real("fake " + name);
-        });
+        ScopedTarget fake(toy_.Open,
+                          [&real](const std::string& name) { return real("fake " + name); });
         EXPECT_EQ(toyThings[toy_.Open("a")], "fake a");
     }
     EXPECT_EQ(toyThings[toy_.Open("a")], "a");

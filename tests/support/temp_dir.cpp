@@ -34,7 +34,8 @@ std::string TempDir::file(std::string_view entry) const {
 
 std::string TempDir::write(std::string_view entry, const std::vector<std::uint8_t>& bytes) const {
     std::ofstream stream(path_ / entry, std::ios::binary);
-    for (const std::uint8_t byte : bytes) stream.put(static_cast<char>(byte));
+    for (const std::uint8_t byte : bytes)
+        stream.put(static_cast<char>(byte));
     stream.close();
     EXPECT_TRUE(stream.good()) << "can't write " << entry;
     return file(entry);

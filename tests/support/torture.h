@@ -78,8 +78,8 @@ std::size_t torture(Action&& action, Check&& check, const TortureOptions& option
             check(outcome, run);
         }
         for (const std::string& line : session.leftOpen()) {
-            ADD_FAILURE() << "left open after operation " << failAt << " ("
-                          << session.run().failed << ") failed: " << line;
+            ADD_FAILURE() << "left open after operation " << failAt << " (" << session.run().failed
+                          << ") failed: " << line;
         }
         if (session.run().failedAt == 0) return failAt - 1;
     }

@@ -78,7 +78,8 @@ TEST_F(TortureTest, LeavesThePlatformsErrorAndResultBehind) {
 }
 
 TEST_F(TortureTest, ReportsWhatAFailureLeftOpen) {
-    EXPECT_NONFATAL_FAILURE(torture(careless, [](const TortureRun&) {}, toyOptions()),
+    EXPECT_NONFATAL_FAILURE(torture(
+                                careless, [](const TortureRun&) {}, toyOptions()),
                             "from Open(\"first\")");
 }
 
@@ -92,11 +93,12 @@ TEST_F(TortureTest, CountsAnOutcomesHandlesAtItsEnd) {
             if (thing != FileHandle::none) toy.Close(thing);
         }
     };
-    const std::size_t failures = torture([] { return std::make_unique<Owner>(); },
-                                         [](const std::unique_ptr<Owner>& owner, const TortureRun& run) {
-                                             EXPECT_EQ(toyThings.contains(owner->thing), run.failedAt == 0);
-                                         },
-                                         toyOptions());
+    const std::size_t failures =
+        torture([] { return std::make_unique<Owner>(); },
+                [](const std::unique_ptr<Owner>& owner, const TortureRun& run) {
+                    EXPECT_EQ(toyThings.contains(owner->thing), run.failedAt == 0);
+                },
+                toyOptions());
     EXPECT_EQ(failures, 1u);
     EXPECT_TRUE(toyThings.empty());
 }
@@ -104,8 +106,8 @@ TEST_F(TortureTest, CountsAnOutcomesHandlesAtItsEnd) {
 TEST_F(TortureTest, SparesNamedOperations) {
     TortureOptions options = toyOptions();
     options.spared = {"Open"};
-    EXPECT_EQ(torture(careful, [](bool outcome, const TortureRun&) { EXPECT_TRUE(outcome); },
-                      options),
+    EXPECT_EQ(torture(
+                  careful, [](bool outcome, const TortureRun&) { EXPECT_TRUE(outcome); }, options),
               0u);
 }
 

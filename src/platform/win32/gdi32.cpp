@@ -32,15 +32,14 @@ DeviceContext createCompatibleDc(DeviceContext reference) {
 }
 
 bool deleteDc(DeviceContext dc) {
-    return orError(kErrorInvalidHandle, false,
-                   [dc] { return ::DeleteDC(systemContext(dc)) != 0; });
+    return orError(kErrorInvalidHandle, false, [dc] { return ::DeleteDC(systemContext(dc)) != 0; });
 }
 
 BitmapHandle createDibSection(DeviceContext dc, const BitmapInfo& info, std::uint32_t usage,
                               void*& bits) {
     return orError(kErrorNotEnoughMemory, BitmapHandle::none, [&] {
-        return ownHandle<BitmapHandle>(::CreateDIBSection(systemContext(dc), systemInfo(info),
-                                                          usage, &bits, nullptr, 0));
+        return ownHandle<BitmapHandle>(
+            ::CreateDIBSection(systemContext(dc), systemInfo(info), usage, &bits, nullptr, 0));
     });
 }
 
@@ -81,9 +80,9 @@ std::int32_t stretchDiBits(DeviceContext dc, std::int32_t x, std::int32_t y, std
                            std::uint32_t usage, std::uint32_t rasterOperation) {
     if (bits.size() < sizeOfPixels(info)) return failed(kErrorInvalidParameter, 0);
     return orError(kErrorInvalidHandle, 0, [&] {
-        const int rows = ::StretchDIBits(systemContext(dc), x, y, width, height, sourceX, sourceY,
-                                         sourceWidth, sourceHeight, bits.data(), systemInfo(info),
-                                         usage, rasterOperation);
+        const int rows =
+            ::StretchDIBits(systemContext(dc), x, y, width, height, sourceX, sourceY, sourceWidth,
+                            sourceHeight, bits.data(), systemInfo(info), usage, rasterOperation);
         return std::max(rows, 0);
     });
 }

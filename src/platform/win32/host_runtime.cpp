@@ -116,7 +116,8 @@ std::int32_t loadPicture(const std::string& fileName, IPictureDisp*& picture) {
     if (size > std::numeric_limits<LONG>::max()) return kOutOfMemory;
 
     std::array<std::uint8_t, kPictureSignatureSize> start{};
-    const auto head = std::span(start).first(std::min(start.size(), static_cast<std::size_t>(size)));
+    const auto head =
+        std::span(start).first(std::min(start.size(), static_cast<std::size_t>(size)));
     if (!file.read(0, head)) return kFileAccessError;
     const PictureSignature signature = pictureSignature(head);
     if (signature == PictureSignature::unknown) return kInvalidPicture;

@@ -38,7 +38,7 @@ bool globalMemoryStatus(MemoryStatus& status) {
     MEMORYSTATUSEX facts{};
     facts.dwLength = sizeof(facts);
     if (!::GlobalMemoryStatusEx(&facts)) return false;
-    status = {facts.dwMemoryLoad,     facts.ullTotalPhys,   facts.ullAvailPhys,
+    status = {facts.dwMemoryLoad,     facts.ullTotalPhys,     facts.ullAvailPhys,
               facts.ullTotalPageFile, facts.ullAvailPageFile, facts.ullTotalVirtual,
               facts.ullAvailVirtual};
     return true;
@@ -58,8 +58,8 @@ bool getVersion(SystemVersion& version) {
 }
 
 std::string formatMessage(ModuleHandle module, std::uint32_t number) {
-    const DWORD source = module == ModuleHandle::none ? FORMAT_MESSAGE_FROM_SYSTEM
-                                                      : FORMAT_MESSAGE_FROM_HMODULE;
+    const DWORD source =
+        module == ModuleHandle::none ? FORMAT_MESSAGE_FROM_SYSTEM : FORMAT_MESSAGE_FROM_HMODULE;
     char* text = nullptr;
     // With this flag the function takes the address of a pointer where it else takes a buffer.
     const DWORD length = ::FormatMessageA(

@@ -14,20 +14,18 @@ HANDLE systemFile(FileHandle file) {
 
 }  // namespace
 
-FileHandle createFile(const std::string& fileName, FileAccess access,
-                      FileDisposition disposition) {
+FileHandle createFile(const std::string& fileName, FileAccess access, FileDisposition disposition) {
     if (!crosses(fileName)) return FileHandle::none;
-    const HANDLE file =
-        ::CreateFileA(fileName.c_str(), static_cast<DWORD>(access),
-                      FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, static_cast<DWORD>(disposition),
-                      FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file = ::CreateFileA(
+        fileName.c_str(), static_cast<DWORD>(access), FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+        static_cast<DWORD>(disposition), FILE_ATTRIBUTE_NORMAL, nullptr);
     return file == INVALID_HANDLE_VALUE ? FileHandle::none : ownHandle<FileHandle>(file);
 }
 
 bool readFile(FileHandle file, std::span<std::uint8_t> buffer, std::uint32_t& read) {
     DWORD count = 0;
-    const bool done = ::ReadFile(systemFile(file), buffer.data(),
-                                 static_cast<DWORD>(buffer.size()), &count, nullptr) != 0;
+    const bool done = ::ReadFile(systemFile(file), buffer.data(), static_cast<DWORD>(buffer.size()),
+                                 &count, nullptr) != 0;
     read = count;
     return done;
 }

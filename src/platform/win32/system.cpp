@@ -20,8 +20,8 @@ std::uint32_t livePlatformObjects() {
 namespace win32 {
 
 FARPROC systemFunction(const char* library, const char* name) {
-    const std::string folder = systemText(
-        [](char* buffer, DWORD size) { return ::GetSystemDirectoryA(buffer, size); });
+    const std::string folder =
+        systemText([](char* buffer, DWORD size) { return ::GetSystemDirectoryA(buffer, size); });
     if (folder.empty()) return nullptr;
     const HMODULE module = ::LoadLibraryA((folder + '\\' + library).c_str());
     return module == nullptr ? nullptr : ::GetProcAddress(module, name);

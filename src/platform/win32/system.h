@@ -20,14 +20,12 @@ namespace orvane::platform::win32 {
 /// The system's handle of one of ours, and the way back. The process is a 32-bit one, so both are
 /// the same 32 bits.
 template <class System, class Handle>
-    requires std::is_enum_v<Handle>
-System systemHandle(Handle handle) {
+requires std::is_enum_v<Handle> System systemHandle(Handle handle) {
     return reinterpret_cast<System>(static_cast<std::uintptr_t>(handle));
 }
 
 template <class Handle, class System>
-    requires std::is_pointer_v<System>
-Handle ownHandle(System handle) {
+requires std::is_pointer_v<System> Handle ownHandle(System handle) {
     static_assert(sizeof(System) == sizeof(Handle));
     return static_cast<Handle>(reinterpret_cast<std::uintptr_t>(handle));
 }

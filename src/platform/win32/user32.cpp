@@ -10,9 +10,8 @@ namespace {
 
 bool getIconInfo(IconHandle icon, IconFacts& facts) {
     ICONINFO info{};
-    const bool done = orError(kErrorInvalidHandle, false, [&] {
-        return ::GetIconInfo(systemHandle<HICON>(icon), &info) != 0;
-    });
+    const bool done = orError(kErrorInvalidHandle, false,
+                              [&] { return ::GetIconInfo(systemHandle<HICON>(icon), &info) != 0; });
     if (!done) return false;
     facts = {info.fIcon != 0, info.xHotspot, info.yHotspot, ownHandle<BitmapHandle>(info.hbmMask),
              ownHandle<BitmapHandle>(info.hbmColor)};
