@@ -1,6 +1,7 @@
 #pragma once
 
 #include "frame/automation/error_info.h"
+#include "frame/automation/library_lifetime.h"
 
 #include "orvane/automation.h"
 
@@ -37,6 +38,7 @@ public:
 private:
     const IID& iid_;
     std::atomic<ULONG> references_{1};
+    LibraryUse use_;
 };
 
 /// An enumerator over a list that was taken when it was made. `Copy` gives an item a life of its

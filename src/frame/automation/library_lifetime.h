@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <utility>
 
 namespace orvane::automation {
@@ -12,6 +13,19 @@ void atUnload(void (*action)(void*), void* value);
 
 /// Carries the actions out; called by the module's entry when it is unloaded.
 void runUnloadActions();
+
+/// Part of an object that hosts hold and that is no automation class (an enumerator, a class factory,
+/// type information): the library must not be unloaded before it goes.
+class LibraryUse {
+public:
+    LibraryUse();
+    LibraryUse(const LibraryUse&) : LibraryUse() {}
+    LibraryUse& operator=(const LibraryUse&) = default;
+    ~LibraryUse();
+
+    /// How many there are.
+    static std::uint32_t count();
+};
 
 /// An object that lives from first use until the library is unloaded.
 template <class T, class Make>

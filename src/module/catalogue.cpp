@@ -1,0 +1,27 @@
+#include "frame/automation/library_lifetime.h"
+#include "frame/automation/table.h"
+#include "main/orvMain.h"
+#include "pictures/PictureInfo.h"
+#include "utilities/CommandLineParser.h"
+
+namespace orvane::automation {
+
+// The identity that hosts know the library by, and its classes in type-library order.
+const LibraryTable& libraryTable() {
+    static const LibraryTable& table = permanent<LibraryTable>([] {
+        return LibraryTable{
+            {0xE794EBDB, 0xDBCD, 0x4922, {0x8D, 0xAA, 0x1A, 0xED, 0x2F, 0xC7, 0x82, 0x44}},
+            "OrvBase0301",
+            1,
+            5,
+            u"Orvane - Библиотека общих функций 3.01",
+            {&orvMain::table(), &PictureInfo::table(), &CommandLineParser::table()},
+            {&enumTable(orvPictureTypeEx{}), &enumTable(AddAutoCompleteFlags{})},
+            {3, 1, 0, 251},
+            u"3.01.0251",
+            "OrvBase0301"};
+    });
+    return table;
+}
+
+}  // namespace orvane::automation

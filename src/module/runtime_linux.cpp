@@ -1,0 +1,72 @@
+#include "module/class_factory.h"
+
+#include "frame/automation/abi.h"
+#include "frame/automation/library_type_info.h"
+
+#include <atomic>
+
+namespace orvane::automation {
+
+namespace {
+
+/// The functions that a host on Windows takes from the system, as an interface of a class factory.
+class Runtime final : public IOrvaneRuntime {
+public:
+    explicit Runtime(IClassFactory& factory) : factory_(factory) { factory_.AddRef(); }
+    Runtime(const Runtime&) = delete;
+    Runtime& operator=(const Runtime&) = delete;
+
+    HRESULT QueryInterface(REFIID iid, void** object) override {
+        if (object == nullptr) return E_POINTER;
+        if (!(iid == IID_IOrvaneRuntime)) return factory_.QueryInterface(iid, object);
+        AddRef();
+        *object = static_cast<IOrvaneRuntime*>(this);
+        return S_OK;
+    }
+    ULONG AddRef() override { return ++references_; }
+    ULONG Release() override {
+        const ULONG left = --references_;
+        if (left == 0) delete this;
+        return left;
+    }
+
+    BSTR AllocString(const OLECHAR* text, UINT length) override {
+        return SysAllocStringLen(text, length);
+    }
+    void FreeString(BSTR text) override { SysFreeString(text); }
+    SAFEARRAY* CreateArray(VARTYPE type, UINT dimensions, SAFEARRAYBOUND* bounds) override {
+        return SafeArrayCreate(type, dimensions, bounds);
+    }
+    HRESULT DestroyArray(SAFEARRAY* array) override { return SafeArrayDestroy(array); }
+    HRESULT ArrayElementType(SAFEARRAY* array, VARTYPE* type) override {
+        return SafeArrayGetVartype(array, type);
+    }
+    HRESULT ClearVariant(VARIANT* value) override { return VariantClear(value); }
+    HRESULT CopyVariant(VARIANT* target, const VARIANT* source) override {
+        return VariantCopy(target, source);
+    }
+    HRESULT SetError(IErrorInfo* info) override { return SetErrorInfo(0, info); }
+    HRESULT GetError(IErrorInfo** info) override { return GetErrorInfo(0, info); }
+    HRESULT GetTypeLibrary(ITypeLib** library) override { return typeLibrary(library); }
+    HRESULT GetVersion(USHORT parts[4], BSTR* text) override {
+        if (parts == nullptr || text == nullptr) return E_POINTER;
+        const LibraryTable& library = libraryTable();
+        for (std::size_t i = 0; i < 4; ++i) parts[i] = library.fileVersion[i];
+        *text = SysAllocString(toOle(library.versionText));
+        return *text != nullptr ? S_OK : E_OUTOFMEMORY;
+    }
+
+private:
+    ~Runtime() { factory_.Release(); }
+
+    IClassFactory& factory_;
+    std::atomic<ULONG> references_{1};
+};
+
+}  // namespace
+
+IUnknown* newPlatformInterface(IClassFactory& factory, REFIID iid) {
+    return iid == IID_IOrvaneRuntime ? new Runtime(factory) : nullptr;
+}
+
+}  // namespace orvane::automation
