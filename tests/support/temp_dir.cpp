@@ -29,11 +29,13 @@ TempDir::~TempDir() {
 }
 
 std::string TempDir::file(std::string_view entry) const {
-    return (path_ / entry).make_preferred().string();
+    // Joined as bytes: the standard library takes narrow names for UTF-8 on Windows, where they are
+    // in the ANSI code page.
+    return name() + static_cast<char>(fs::path::preferred_separator) + std::string(entry);
 }
 
 std::string TempDir::write(std::string_view entry, const std::vector<std::uint8_t>& bytes) const {
-    std::ofstream stream(path_ / entry, std::ios::binary);
+    std::ofstream stream(file(entry), std::ios::binary);
     for (const std::uint8_t byte : bytes)
         stream.put(static_cast<char>(byte));
     stream.close();
@@ -46,7 +48,7 @@ std::string TempDir::write(std::string_view entry, std::string_view text) const 
 }
 
 std::vector<std::uint8_t> TempDir::read(std::string_view entry) const {
-    std::ifstream stream(path_ / entry, std::ios::binary);
+    std::ifstream stream(file(entry), std::ios::binary);
     EXPECT_TRUE(stream.is_open()) << "can't read " << entry;
     std::vector<std::uint8_t> bytes;
     std::transform(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>(),

@@ -21,7 +21,8 @@ public:
     const std::filesystem::path& path() const { return path_; }
     /// The folder's name without a separator at its end.
     std::string name() const { return path_.string(); }
-    /// The full name of an entry, which need not be there.
+    /// The full name of an entry, which need not be there; as the platform's narrow functions take
+    /// names.
     std::string file(std::string_view entry) const;
     /// Writes a file and gives its full name.
     std::string write(std::string_view entry, const std::vector<std::uint8_t>& bytes) const;
