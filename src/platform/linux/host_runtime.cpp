@@ -67,6 +67,9 @@ std::int32_t readOpen(int descriptor, FileBytes& bytes) {
 }
 
 std::int32_t readFile(const std::string& fileName, FileBytes& bytes) {
+    if (const std::uint32_t error = nameError(fileName); error != kErrorSuccess) {
+        return failWith(error, kRuntimeFileNotFound);
+    }
     const std::string path = systemName(fileName);
     // O_NONBLOCK: a pipe must not make the open wait for its other end.
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);

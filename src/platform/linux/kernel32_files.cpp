@@ -116,10 +116,10 @@ std::uint32_t moveAll(std::size_t size, bool once, int& failure, Step step) {
 
 FileHandle createFile(const std::string& fileName, FileAccess access, FileDisposition disposition) {
     constexpr mode_t kForEverybody = 0666;  // less what the process's mask takes
-    const std::string path = systemName(fileName);
-    if (path.empty()) {
-        return failWith(kErrorPathNotFound, FileHandle::none);
+    if (const std::uint32_t error = nameError(fileName); error != kErrorSuccess) {
+        return failWith(error, FileHandle::none);
     }
+    const std::string path = systemName(fileName);
     std::shared_ptr<File> file;
     try {
         file = std::make_shared<File>();

@@ -80,18 +80,18 @@ std::uint32_t fileError(int number, const std::string& path) {
 }
 
 bool deleteFile(const std::string& fileName) {
-    const std::string path = systemName(fileName);
-    if (path.empty()) {
-        return failWith(kErrorPathNotFound, false);
+    if (const std::uint32_t error = nameError(fileName); error != kErrorSuccess) {
+        return failWith(error, false);
     }
+    const std::string path = systemName(fileName);
     return ::unlink(path.c_str()) == 0 || failWith(fileError(errno, path), false);
 }
 
 std::uint32_t fileAttributes(const std::string& fileName) {
-    const std::string path = systemName(fileName);
-    if (path.empty()) {
-        return failWith(kErrorPathNotFound, kInvalidFileAttributes);
+    if (const std::uint32_t error = nameError(fileName); error != kErrorSuccess) {
+        return failWith(error, kInvalidFileAttributes);
     }
+    const std::string path = systemName(fileName);
     struct stat facts {};
     if (::stat(path.c_str(), &facts) != 0) {
         return failWith(fileError(errno, path), kInvalidFileAttributes);
@@ -108,10 +108,10 @@ std::uint32_t fileAttributes(const std::string& fileName) {
 
 bool createDirectory(const std::string& path) {
     constexpr mode_t kForEverybody = 0777;  // less what the process's mask takes
-    const std::string name = systemName(path);
-    if (name.empty()) {
-        return failWith(kErrorPathNotFound, false);
+    if (const std::uint32_t error = nameError(path); error != kErrorSuccess) {
+        return failWith(error, false);
     }
+    const std::string name = systemName(path);
     if (::mkdir(name.c_str(), kForEverybody) == 0) {
         return true;
     }
@@ -140,7 +140,9 @@ std::string tempFileName(const std::string& folder, const std::string& prefix) {
     constexpr std::size_t kLongestPrefix = 3;
     constexpr mode_t kForOwner = 0600;
     const std::string start = systemName(std::string_view(prefix).substr(0, kLongestPrefix));
-    if (start.find('/') != std::string::npos) {
+    const std::string_view cannotBe("/\0", 2);
+    if (start.find_first_of(cannotBe) != std::string::npos ||
+        nameError(folder) == kErrorInvalidName) {
         return failWith(kErrorInvalidName, std::string());
     }
     std::string path = systemName(folder);
@@ -168,10 +170,10 @@ std::string tempFileName(const std::string& folder, const std::string& prefix) {
 }
 
 std::string fullPathName(const std::string& name) {
-    std::string path = systemName(name);
-    if (path.empty()) {
+    if (nameError(name) != kErrorSuccess) {
         return failWith(kErrorInvalidName, std::string());
     }
+    std::string path = systemName(name);
     if (!path.starts_with('/')) {
         const std::string folder = workingFolder();
         if (folder.empty()) {
@@ -184,10 +186,10 @@ std::string fullPathName(const std::string& name) {
 
 // There are no short forms here: a name that exists is its own long form.
 std::string longPathName(const std::string& name) {
-    const std::string path = systemName(name);
-    if (path.empty()) {
-        return failWith(kErrorPathNotFound, std::string());
+    if (const std::uint32_t error = nameError(name); error != kErrorSuccess) {
+        return failWith(error, std::string());
     }
+    const std::string path = systemName(name);
     struct stat facts {};
     if (::stat(path.c_str(), &facts) != 0) {
         return failWith(fileError(errno, path), std::string());

@@ -100,7 +100,7 @@ void outputDebugString(const std::string& text) {
     if (wanted == nullptr || std::string_view(wanted) != "1") {
         return;
     }
-    std::string line = systemName(text);
+    std::string line = systemName(text.substr(0, text.find('\0')));
     if (!line.ends_with('\n')) {
         line += '\n';
     }

@@ -69,10 +69,17 @@ int takeCodePoint(std::string_view& utf8) {
 std::string systemName(std::string_view ansi) {
     std::string out;
     out.reserve(ansi.size());
-    for (const char byte : ansi.substr(0, ansi.find('\0'))) {
+    for (const char byte : ansi) {
         appendUtf8(out, ansiCodePage()[static_cast<unsigned char>(byte)]);
     }
     return out;
+}
+
+std::uint32_t nameError(std::string_view ansi) {
+    if (ansi.empty()) {
+        return kErrorPathNotFound;
+    }
+    return ansi.find('\0') == std::string_view::npos ? kErrorSuccess : kErrorInvalidName;
 }
 
 std::string ansiName(std::string_view utf8) {

@@ -1,13 +1,18 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 /// Texts between the ANSI code page of the operations and the UTF-8 of the system here.
 namespace orvane::platform {
 
-/// A text in the ANSI code page as UTF-8. Like the platform's functions, it ends at the first NUL.
+/// A text in the ANSI code page as UTF-8. Every byte has a character, so nothing is lost.
 std::string systemName(std::string_view ansi);
+
+/// The error of a file name that can't be one: 3 when it is empty, 123 when it holds a NUL, at
+/// which the system would cut it. 0 for any other name.
+std::uint32_t nameError(std::string_view ansi);
 
 /// A text of the system in the ANSI code page. A character that the code page lacks, and a byte
 /// that is no UTF-8, come out as "?", the platform's substitute.
