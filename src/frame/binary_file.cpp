@@ -71,13 +71,12 @@ void BinaryFile::open(WStringView name, FileMode mode) {
     if (ansiName.find('\0') != std::string::npos) raise(error::kBadFileNumber);
     using platform::FileAccess;
     using platform::FileDisposition;
-    const FileAccess access = mode == FileMode::read    ? FileAccess::read
+    const FileAccess access = mode == FileMode::read        ? FileAccess::read
                               : mode != FileMode::readWrite ? FileAccess::write
-                                                        : FileAccess::readWrite;
-    const FileDisposition disposition =
-        mode == FileMode::read        ? FileDisposition::openExisting
-        : mode == FileMode::createNew ? FileDisposition::createNew
-                                      : FileDisposition::openAlways;
+                                                            : FileAccess::readWrite;
+    const FileDisposition disposition = mode == FileMode::read ? FileDisposition::openExisting
+                                        : mode == FileMode::createNew ? FileDisposition::createNew
+                                                                      : FileDisposition::openAlways;
     const platform::FileHandle handle = kernel32.CreateFileA(ansiName, access, disposition);
     if (handle == platform::FileHandle::none) raisePlatformError();
     handle_ = handle;
@@ -194,6 +193,12 @@ bool BinaryFile::fill() {
 }
 
 std::uint8_t BinaryFile::getSlowly() {
+    if (isOpen() && offset() >= knownEnd_) {
+        // A decoder of a truncated file asks for byte after byte behind the end.
+        dropBlock(advanced(offset(), 1));
+        pastEnd_ = true;
+        return 0;
+    }
     std::uint8_t byte = 0;
     get(std::span<std::uint8_t>(&byte, 1));
     return byte;
@@ -202,7 +207,6 @@ std::uint8_t BinaryFile::getSlowly() {
 /// Reads until `out` is full or the file ends; how much there was.
 std::size_t BinaryFile::readAt(std::int64_t fileOffset, std::span<std::uint8_t> out) {
     if (mode_ == FileMode::write || mode_ == FileMode::createNew) raise(error::kPathAccess);
-    // A decoder of a truncated file asks for byte after byte behind the end.
     if (fileOffset >= knownEnd_) return 0;
     moveTo(fileOffset);
     std::size_t done = 0;

@@ -77,6 +77,42 @@ const LetterRun* runOf(const Runs& runs, char16_t unit, First first) {
     return place <= run.extent && place % run.step == 0 ? &run : nullptr;
 }
 
+char16_t searchedUpper(char16_t unit) {
+    const LetterRun* run =
+        runOf(kSmallLetters, unit, [](const LetterRun& each) { return int{each.first}; });
+    return run == nullptr ? unit : static_cast<char16_t>(unit + run->toCapital);
+}
+
+char16_t searchedLower(char16_t unit) {
+    const LetterRun* run = runOf(kCapitals, unit, firstCapital);
+    return run == nullptr ? unit : static_cast<char16_t>(unit - run->toCapital);
+}
+
+/// Latin, Greek, Cyrillic and Armenian, which are most of all text, are looked up directly.
+constexpr std::size_t kDirect = 0x590;
+using DirectTable = std::array<char16_t, kDirect>;
+
+/// The mapping of every unit below `kDirect`, from small letters to capitals or the other way.
+constexpr DirectTable directTable(bool toCapitals) {
+    DirectTable table{};
+    for (std::size_t unit = 0; unit < kDirect; ++unit)
+        table[unit] = static_cast<char16_t>(unit);
+    for (const LetterRun& run : kSmallLetters) {
+        for (int small = run.first; small <= run.first + run.extent; small += run.step) {
+            const int from = toCapitals ? small : small + run.toCapital;
+            const int to = toCapitals ? small + run.toCapital : small;
+            if (from < static_cast<int>(kDirect)) {
+                table[static_cast<std::size_t>(from)] = static_cast<char16_t>(to);
+            }
+        }
+    }
+    if (toCapitals) table[kFinalSigma] = kCapitalSigma;
+    return table;
+}
+
+constexpr DirectTable kDirectUpper = directTable(true);
+constexpr DirectTable kDirectLower = directTable(false);
+
 template <char16_t (*mapping)(char16_t)>
 WString mapped(WStringView text) {
     if (text.data() == nullptr) return {};
@@ -89,17 +125,11 @@ WString mapped(WStringView text) {
 }  // namespace
 
 char16_t upperUnit(char16_t unit) {
-    if (unit < 0x80) return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - 32) : unit;
-    if (unit == kFinalSigma) return kCapitalSigma;
-    const LetterRun* run =
-        runOf(kSmallLetters, unit, [](const LetterRun& each) { return int{each.first}; });
-    return run == nullptr ? unit : static_cast<char16_t>(unit + run->toCapital);
+    return unit < kDirect ? kDirectUpper[unit] : searchedUpper(unit);
 }
 
 char16_t lowerUnit(char16_t unit) {
-    if (unit < 0x80) return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32) : unit;
-    const LetterRun* run = runOf(kCapitals, unit, firstCapital);
-    return run == nullptr ? unit : static_cast<char16_t>(unit - run->toCapital);
+    return unit < kDirect ? kDirectLower[unit] : searchedLower(unit);
 }
 
 WString uCase(WStringView text) {
