@@ -5,6 +5,7 @@
 
 #include "orvane/automation.h"
 
+#include <algorithm>
 #include <cstring>
 
 // What picture objects and the host's loader promise on every platform.
@@ -27,7 +28,8 @@ public:
     ULONG STDMETHODCALLTYPE Release() override { return 1; }
     HRESULT STDMETHODCALLTYPE Read(void* data, ULONG size, ULONG* read) override {
         const std::size_t count = std::min<std::size_t>(size, bytes.size() - position);
-        std::memcpy(data, bytes.data() + position, count);
+        std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(position), count,
+                    static_cast<std::uint8_t*>(data));
         position += count;
         if (read != nullptr) {
             *read = static_cast<ULONG>(count);
