@@ -76,25 +76,22 @@ struct InterfaceThunks {
         return {reinterpret_cast<void (*)()>(functions)...};
     }
 
-    static const void* const* vtable(const std::vector<void (*)()>& slots) {
-        return reinterpret_cast<const void* const*>(slots.data());
-    }
-    static const void* const* classInfoTable() {
+    static const std::vector<void (*)()>& classInfoTable() {
         static const auto& table = permanent<std::vector<void (*)()>>(
             [] { return slots(&QueryInterface, &AddRef, &Release, &GetClassInfo); });
-        return vtable(table);
+        return table;
     }
-    static const void* const* errorInfoTable() {
+    static const std::vector<void (*)()>& errorInfoTable() {
         static const auto& table = permanent<std::vector<void (*)()>>(
             [] { return slots(&QueryInterface, &AddRef, &Release, &InterfaceSupportsErrorInfo); });
-        return vtable(table);
+        return table;
     }
-    static const void* const* connectionsTable() {
+    static const std::vector<void (*)()>& connectionsTable() {
         static const auto& table = permanent<std::vector<void (*)()>>([] {
             return slots(&QueryInterface, &AddRef, &Release, &EnumConnectionPoints,
                          &FindConnectionPoint);
         });
-        return vtable(table);
+        return table;
     }
 };
 
@@ -108,10 +105,10 @@ const std::vector<void (*)()>& dispatchSlots() {
 }
 
 AutomationObject::AutomationObject(const ClassTable& table)
-    : dispatch_{InterfaceThunks::vtable(table.vtable), this},
-      provideClassInfo_{InterfaceThunks::classInfoTable(), this},
-      supportErrorInfo_{InterfaceThunks::errorInfoTable(), this},
-      connections_{InterfaceThunks::connectionsTable(), this},
+    : dispatch_{table.vtable.data(), this},
+      provideClassInfo_{InterfaceThunks::classInfoTable().data(), this},
+      supportErrorInfo_{InterfaceThunks::errorInfoTable().data(), this},
+      connections_{InterfaceThunks::connectionsTable().data(), this},
       table_(table),
       apartment_(Apartment::current()) {
     if (table.events.name != nullptr) {
@@ -151,7 +148,7 @@ AutomationObject* AutomationObject::from(IUnknown* unknown, const ClassTable& ta
     void* answered = nullptr;
     if (FAILED(unknown->QueryInterface(table.interfaceId, &answered))) return nullptr;
     auto* header = static_cast<InterfaceHeader*>(answered);
-    const bool own = header->vtable == InterfaceThunks::vtable(table.vtable);
+    const bool own = header->vtable == table.vtable.data();
     AutomationObject* object = own ? header->object : nullptr;
     static_cast<IUnknown*>(answered)->Release();
     return object;

@@ -20,7 +20,7 @@ class AutomationObject;
 /// What an interface pointer of the library points to: the vtable that hosts call through, and the
 /// object behind it. Every interface of an object has one of these of its own.
 struct InterfaceHeader {
-    const void* const* vtable;
+    void (*const* vtable)();
     AutomationObject* object;
 };
 

@@ -88,7 +88,9 @@ const automation::ClassTable& Sample::table() {
     return table;
 }
 
-Sample::Sample() : AutomationObject(table()) {}
+Sample::Sample() : AutomationObject(table()) { ++alive; }
+
+Sample::~Sample() { --alive; }
 
 std::int16_t Sample::NextInteger(std::int16_t value) { return static_cast<std::int16_t>(value + 1); }
 

@@ -62,6 +62,9 @@ public:
     void Ring(std::int32_t times);
     Variant CallBack(const Object& target, WStringView member, const Variant& argument);
 
+protected:
+    ~Sample() override;
+
 private:
     std::int32_t number_ = 0;
     Object partner_;

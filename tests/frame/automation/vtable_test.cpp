@@ -15,8 +15,7 @@ HRESULT slot(Sample& sample, const char* name, automation::MemberKind kind, Argu
         if (std::string_view(members[i].name) != name || members[i].kind != kind) continue;
         auto* header = reinterpret_cast<Header*>(sample.defaultInterface());
         using Function = HRESULT(STDMETHODCALLTYPE*)(Header*, Arguments...);
-        const auto function = reinterpret_cast<Function>(
-            reinterpret_cast<void (*const*)()>(header->vtable)[7 + i]);
+        const auto function = reinterpret_cast<Function>(header->vtable[7 + i]);
         return function(header, arguments...);
     }
     ADD_FAILURE() << "no member " << name;
