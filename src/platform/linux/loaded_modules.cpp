@@ -2,8 +2,10 @@
 
 #include <climits>
 #include <cstdlib>
+#include <cstring>
 #include <dlfcn.h>
 #include <link.h>
+#include <memory>
 #include <unistd.h>
 
 namespace orvane::platform {
@@ -26,6 +28,15 @@ constinit char ownPath[PATH_MAX] = {};
         ::realpath(map->l_name, ownPath) == nullptr) {
         ownPath[0] = '\0';
     }
+}
+
+/// The absolute form of the name that a module was loaded by; a name without a folder stays.
+std::string absolute(const char* name) {
+    if (name[0] == '/' || std::strchr(name, '/') == nullptr) {
+        return name;
+    }
+    const std::unique_ptr<char, void (*)(void*)> path(::realpath(name, nullptr), std::free);
+    return path == nullptr ? name : path.get();
 }
 
 }  // namespace
@@ -52,7 +63,7 @@ std::vector<LoadedModule> loadedModules() {
             // The first one is the executable and comes without a name.
             const std::string path =
                 found.empty() ? executablePath()
-                              : std::string(info->dlpi_name == nullptr ? "" : info->dlpi_name);
+                              : absolute(info->dlpi_name == nullptr ? "" : info->dlpi_name);
             found.push_back({path, static_cast<std::uintptr_t>(info->dlpi_addr)});
             return 0;
         },
