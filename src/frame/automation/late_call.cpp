@@ -13,6 +13,10 @@
 namespace orvane::automation {
 namespace {
 
+// IDispatchEx, which mingw's libraries lack the identifier of.
+constexpr IID kExtendedDispatchId = {
+    0xA6EF9860, 0xC720, 0x11D0, {0x93, 0x37, 0x00, 0xA0, 0xC9, 0x0D, 0xCA, 0xA9}};
+
 // The arguments of one call in the form of the binary interface: last first, with room for what
 // comes back by reference.
 class CallArguments {
@@ -69,7 +73,7 @@ struct ResultVariant {
 LateCaller::LateCaller(const Object& object) {
     if (object.isNothing()) raise(error::kObjectNotSet);
     void* found = nullptr;
-    if (SUCCEEDED(object.unknown()->QueryInterface(IID_IDispatchEx, &found))) {
+    if (SUCCEEDED(object.unknown()->QueryInterface(kExtendedDispatchId, &found))) {
         extended_ = static_cast<IDispatchEx*>(found);
     } else if (SUCCEEDED(object.unknown()->QueryInterface(IID_IDispatch, &found))) {
         dispatch_ = static_cast<IDispatch*>(found);
