@@ -1,0 +1,113 @@
+#include "frame/values/codepage.h"
+#include "pictures/LoadPictureEx.h"
+#include "pictures/raised_failure.h"
+#include "pictures/targa_file.h"
+#include "platform/tables.h"
+#include "support/temp_dir.h"
+#include "support/torture.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+/// Every operation of a load fails in turn: what comes of it is a picture or an error that hosts
+/// know, and nothing stays open.
+namespace orvane {
+namespace {
+
+using test::TortureRun;
+
+/// A picture (true), or the number of the error.
+struct Outcome {
+    bool loaded = false;
+    std::int32_t number = 0;
+};
+
+class PictureTorture : public test::TempDirTest {
+protected:
+    template <class Load>
+    Outcome outcomeOf(Load&& load) {
+        Outcome outcome;
+        const auto failure = test::failureOf([&] { outcome.loaded = !load().isNothing(); });
+        if (failure) outcome.number = failure->number;
+        return outcome;
+    }
+
+    /// A slot that is there can always be read.
+    const test::TortureOptions options_{{}, {"TlsGetValue"}};
+    /// The thread's apartment is there before, with what it keeps from call to call.
+    Ref<PictureInfo> info_ = make<PictureInfo>();
+    const std::vector<std::uint8_t> targa_ =
+        test::TargaFile{.width = 3, .height = 2, .body = test::countedBytes(18)}.bytes();
+};
+
+TEST_F(PictureTorture, LoadPictureExGivesAPictureOrAnErrorThatHostsKnow) {
+    const WString name = fromAnsi(dir_.write("picture.tga", targa_));
+    std::set<std::int32_t> seen;
+    bool gotThrough = false;
+    const std::size_t failed = test::torture(
+        [&] {
+            Ref<PictureInfo> info = info_;
+            return outcomeOf([&] { return LoadPictureEx(name, info); });
+        },
+        [&](const Outcome& outcome, const TortureRun& run) {
+            seen.insert(outcome.number);
+            const std::set<std::int32_t> known{0, error::kFileNotFound, error::kInvalidPicture,
+                                               error::kInternal, error::kOutOfMemory};
+            EXPECT_TRUE(known.contains(outcome.number)) << outcome.number << ": " << run.failed;
+            EXPECT_EQ(outcome.loaded, outcome.number == 0) << run.failed;
+            if (run.failedAt == 0) gotThrough = outcome.loaded;
+        },
+        options_);
+    EXPECT_GT(failed, 10U);
+    EXPECT_TRUE(gotThrough);
+    EXPECT_EQ(seen, (std::set<std::int32_t>{0, error::kFileNotFound, error::kInvalidPicture,
+                                            error::kInternal, error::kOutOfMemory}));
+}
+
+TEST_F(PictureTorture, LoadPictureExOfNoPictureRaisesInvalidPictureOrFileNotFound) {
+    const WString name = fromAnsi(dir_.write("text.txt", "text"));
+    test::torture(
+        [&] {
+            Ref<PictureInfo> info = info_;
+            return outcomeOf([&] { return LoadPictureEx(name, info); });
+        },
+        [&](const Outcome& outcome, const TortureRun& run) {
+            const bool missing = run.failed == "GetFileAttributesA";
+            EXPECT_EQ(outcome.number, missing ? error::kFileNotFound : error::kInvalidPicture)
+                << run.failed;
+        },
+        options_);
+}
+
+TEST_F(PictureTorture, LoadResPictureByDataGivesAPictureOrAnErrorThatHostsKnow) {
+    test::ScopedTarget tempPath(platform::kernel32.GetTempPathA, [this] { return dir_.file(""); });
+    const Array<std::uint8_t> data = Array<std::uint8_t>::of(targa_);
+    bool gotThrough = false;
+    const std::size_t failed = test::torture(
+        [&] {
+            Ref<PictureInfo> info = info_;
+            return outcomeOf([&] { return LoadResPictureByData(data, info); });
+        },
+        [&](const Outcome& outcome, const TortureRun& run) {
+            const std::set<std::int32_t> known{
+                0,
+                error::kFileNotFound,
+                error::kInvalidPicture,
+                error::kInternal,
+                error::kOutOfMemory,
+                error::kFileExists,     // the new name could not be deleted
+                error::kDiskFull,       // it could not be written
+                error::kPathAccess,     // it could not be made
+                error::kPathNotFound};  // there is no temporary folder
+            EXPECT_TRUE(known.contains(outcome.number)) << outcome.number << ": " << run.failed;
+            EXPECT_EQ(outcome.loaded, outcome.number == 0) << run.failed;
+            if (run.failedAt == 0) gotThrough = outcome.loaded;
+        },
+        options_);
+    EXPECT_GT(failed, 15U);
+    EXPECT_TRUE(gotThrough);
+}
+
+}  // namespace
+}  // namespace orvane
