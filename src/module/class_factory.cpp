@@ -39,7 +39,9 @@ public:
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
         if (object == nullptr) return E_POINTER;
         *object = nullptr;
-        if (table_.instancing == Instancing::internal) return CLASS_E_CLASSNOTAVAILABLE;
+        if (table_.instancing == Instancing::internal || table_.create == nullptr) {
+            return CLASS_E_CLASSNOTAVAILABLE;
+        }
         if (outer != nullptr) return CLASS_E_NOAGGREGATION;
         const HRESULT status = guarded([&] {
             const auto created = Ref<AutomationObject>::adopt(table_.create());

@@ -160,7 +160,7 @@ public:
         table_.instancing = instancing;
         table_.classId = classId;
         table_.interfaceId = interfaceId;
-        if constexpr (std::is_default_constructible_v<T>) {
+        if constexpr (requires { new T; }) {
             table_.create = []() -> AutomationObject* { return new T; };
         }
     }
