@@ -103,7 +103,7 @@ void BinaryFile::get(std::span<std::uint8_t> out) {
     if (out.empty()) return;
     const std::int64_t behind = advanced(offset(), out.size());
     std::size_t read = 0;
-    if (out.size() >= kBlock) {
+    if (out.size() >= kDirect) {
         read = readAt(offset(), out);
         dropBlock(behind);
     } else if (fill()) {

@@ -95,6 +95,9 @@ public:
 
 private:
     static constexpr std::size_t kBlock = 65536;
+    /// Reads of this size and above go straight into the caller's memory: one more call of the
+    /// platform costs less than copying them out of the block.
+    static constexpr std::size_t kDirect = 4096;
     static constexpr std::int64_t kUnknown = std::numeric_limits<std::int64_t>::max();
 
     void requireOpen() const;

@@ -107,6 +107,13 @@ struct Kernel32 {
     Operation<std::uint32_t()> GetTickCount{"kernel32", "GetTickCount"};
     /// 100-nanosecond steps since 1601-01-01 UTC.
     Operation<std::uint64_t()> GetSystemTimeAsFileTime{"kernel32", "GetSystemTimeAsFileTime"};
+    /// Zeroed pages for large data, which take memory only where they are touched; null when there
+    /// are none.
+    Operation<void*(std::size_t size)> VirtualAlloc{"kernel32", "VirtualAlloc", nullptr,
+                                                    kErrorNotEnoughMemory};
+    /// Gives pages back; `size` as they were asked for.
+    Operation<bool(void* pages, std::size_t size)> VirtualFree{"kernel32", "VirtualFree", false,
+                                                               kErrorInvalidParameter};
     /// A slot with one pointer a thread. `onThreadEnd` gets each non-null pointer when its thread
     /// ends; it may only free memory.
     Operation<std::uint32_t(void (*onThreadEnd)(void* value))> TlsAlloc{
@@ -124,7 +131,7 @@ struct Kernel32 {
                 GetFullPathNameA, GetLongPathNameA, GetCommandLineW, GetModuleFileNameA,
                 GetModuleHandleA, GetComputerNameA, GlobalMemoryStatusEx, GetVersionExA,
                 FormatMessageA, OutputDebugStringA, GetTickCount, GetSystemTimeAsFileTime, TlsAlloc,
-                TlsFree, TlsGetValue, TlsSetValue);
+                TlsFree, TlsGetValue, TlsSetValue, VirtualAlloc, VirtualFree);
     }
 };
 extern Kernel32 kernel32;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "frame/errors.h"
+#include "frame/values/large_memory.h"
 #include "frame/values/object.h"
 #include "frame/values/scalars.h"
 #include "frame/values/wstring.h"
@@ -182,7 +183,7 @@ private:
         std::size_t count = 0;
         void operator()(T* data) const {
             if constexpr (!std::is_trivially_copyable_v<T>) std::destroy_n(data, count);
-            std::free(data);
+            freeZeroed(data, count * sizeof(T));
         }
     };
 
@@ -194,8 +195,7 @@ private:
             }
             count *= each.count;
         }
-        // calloc: large arrays get their pages only when they are touched.
-        T* data = static_cast<T*>(std::calloc(std::max<std::size_t>(count, 1), sizeof(T)));
+        T* data = static_cast<T*>(allocateZeroed(count * sizeof(T)));
         if (data == nullptr) raise(error::kOutOfMemory);
         if constexpr (!std::is_trivially_copyable_v<T>) std::uninitialized_default_construct_n(data, count);
         storage_ = std::unique_ptr<T, Release>(data, Release{count});

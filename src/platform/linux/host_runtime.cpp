@@ -1,9 +1,11 @@
 #include "platform/host_runtime.h"
 
+#include "platform/linux/codecs_module.h"
 #include "platform/linux/errors.h"
 #include "platform/linux/names.h"
 #include "platform/linux/picture.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
@@ -35,7 +37,12 @@ std::int32_t runtimeError(int number) {
     }
 }
 
-/// Reads an open file to its end, at most to the length that it has now; 0 or a run-time error.
+/// As much of the start of a file as is looked at before the rest is read.
+constexpr std::size_t kSignatureBytes = ORVANE_CODEC_SIGNATURE;
+
+/// Reads an open file to its end, at most to the length that it has now; 0 or a run-time error. A
+/// file that no decoder knows is given up after its first bytes: the library's own readers try
+/// large ones next.
 std::int32_t readOpen(int descriptor, FileBytes& bytes) {
     struct stat facts {};
     if (::fstat(descriptor, &facts) != 0) {
@@ -54,7 +61,9 @@ std::int32_t readOpen(int descriptor, FileBytes& bytes) {
         return runtimeError(ENOMEM);
     }
     while (bytes.size < size) {
-        const ssize_t read = ::read(descriptor, bytes.data.get() + bytes.size, size - bytes.size);
+        const bool start = bytes.size < kSignatureBytes;
+        const std::size_t wanted = start ? std::min(size, kSignatureBytes) : size;
+        const ssize_t read = ::read(descriptor, bytes.data.get() + bytes.size, wanted - bytes.size);
         if (read < 0 && errno != EINTR) {
             return runtimeError(errno);
         }
@@ -62,6 +71,9 @@ std::int32_t readOpen(int descriptor, FileBytes& bytes) {
             break;
         }
         bytes.size += read < 0 ? 0 : static_cast<std::size_t>(read);
+        if (start && bytes.size >= wanted && !isKnownPicture({bytes.data.get(), bytes.size})) {
+            return failWith(kErrorInvalidParameter, kRuntimeInvalidPicture);
+        }
     }
     return 0;
 }

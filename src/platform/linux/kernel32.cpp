@@ -33,6 +33,8 @@ constexpr Kernel32 boundTable() {
     table.TlsFree.bind<&freeSlot>();
     table.TlsGetValue.bind<&slotValue>();
     table.TlsSetValue.bind<&setSlotValue>();
+    table.VirtualAlloc.bind<&allocatePages>();
+    table.VirtualFree.bind<&freePages>();
     return table;
 }
 #ifndef __SANITIZE_ADDRESS__

@@ -48,6 +48,10 @@ bool freeSlot(std::uint32_t slot);
 void* slotValue(std::uint32_t slot);
 bool setSlotValue(std::uint32_t slot, void* value);
 
+// large_pages.cpp
+void* allocatePages(std::size_t size);
+bool freePages(void* pages, std::size_t size);
+
 /// The number for a file operation on `path` (in the system's form) that failed with `number`:
 /// a missing name in a folder that is there is 2, a missing folder on the way to it is 3.
 std::uint32_t fileError(int number, const std::string& path);

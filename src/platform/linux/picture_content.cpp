@@ -140,6 +140,11 @@ bool contentFromDescription(const PictureDescription& description, bool own,
     return true;
 }
 
+bool isKnownPicture(std::span<const std::uint8_t> start) {
+    const OrvaneCodecTable* table = codecTable();
+    return table == nullptr || table->recognises(start.data(), start.size()) != 0;
+}
+
 std::int32_t contentFromFile(std::span<const std::uint8_t> file, PictureContent& content) {
     const OrvaneCodecTable* table = codecTable();
     if (table == nullptr) {

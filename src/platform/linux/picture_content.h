@@ -42,6 +42,10 @@ std::int32_t himetricFromPixels(std::int32_t pixels);
 bool contentFromDescription(const PictureDescription& description, bool own,
                             PictureContent& content);
 
+/// Whether a file that starts so is of a format that the decoders know; true when they can't be
+/// loaded, so that `contentFromFile` tells why.
+bool isKnownPicture(std::span<const std::uint8_t> start);
+
 /// Decodes a picture file with the module of decoders; `content` owns what comes back. Gives 0, or
 /// the run-time error 7 or 481.
 std::int32_t contentFromFile(std::span<const std::uint8_t> file, PictureContent& content);

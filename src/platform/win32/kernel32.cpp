@@ -28,6 +28,12 @@ ModuleHandle getModuleHandle(const std::string& moduleName) {
     return ownHandle<ModuleHandle>(::GetModuleHandleA(moduleName.c_str()));
 }
 
+void* allocatePages(std::size_t size) {
+    return ::VirtualAlloc(nullptr, size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
+}
+
+bool freePages(void* pages, std::size_t) { return ::VirtualFree(pages, 0, MEM_RELEASE) != 0; }
+
 std::string getComputerName() {
     std::array<char, 256> name{};
     DWORD size = static_cast<DWORD>(name.size());
@@ -114,6 +120,8 @@ constexpr Kernel32 bound() {
     table.TlsFree.bind<freeSlot>();
     table.TlsGetValue.bind<slotValue>();
     table.TlsSetValue.bind<setSlotValue>();
+    table.VirtualAlloc.bind<allocatePages>();
+    table.VirtualFree.bind<freePages>();
     return table;
 }
 static_assert(allBound(bound()));

@@ -42,10 +42,14 @@ OrvaneCodecResult readPixels(const Reader& dib, const DibHeader& header, uint64_
 
 }  // namespace
 
+bool isBmp(std::span<const uint8_t> start) {
+    return Reader(start).u16(0) == kSignature;
+}
+
 OrvaneCodecResult decodeBmp(std::span<const uint8_t> file, OrvaneDecoded& out,
                             const Limits& limits) {
     const Reader whole(file);
-    if (whole.u16(0) != kSignature) return ORVANE_CODEC_NOT_RECOGNISED;
+    if (!isBmp(file)) return ORVANE_CODEC_NOT_RECOGNISED;
     const Reader dib = whole.part(kFileHeader);
     DibHeader header;
     const OrvaneCodecResult read = readDibHeader(dib, header);

@@ -13,7 +13,10 @@ extern "C" {
 #endif
 
 /// Grows whenever OrvaneDecoded or OrvaneCodecTable changes; a caller refuses any other value.
-#define ORVANE_CODEC_VERSION 1u
+#define ORVANE_CODEC_VERSION 2u
+
+/// As much of a file's start as `recognises` needs.
+#define ORVANE_CODEC_SIGNATURE 64u
 
 /// Name of the one exported function, for dlsym.
 #define ORVANE_CODEC_ENTRY "orvaneCodecTable"
@@ -88,6 +91,9 @@ typedef struct OrvaneCodecTable {
     uint32_t version;
     /// sizeof(OrvaneDecoded) of the module.
     uint32_t decodedSize;
+    /// 1 when a file that starts with these bytes (the first ORVANE_CODEC_SIGNATURE, or all) is of a
+    /// format that decode knows: a large file of another reader need not be read for it.
+    int (*recognises)(const uint8_t* start, size_t size);
     /// Decodes a BMP, JPEG, GIF, ICO, CUR, WMF or EMF file, told by its first bytes. Gives an
     /// OrvaneCodecResult. `out` is overwritten; it is all zero after any result but OK, and has to
     /// go through release after OK.

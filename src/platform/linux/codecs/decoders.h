@@ -6,11 +6,21 @@
 #include <cstdint>
 #include <span>
 
-// One reader per format. Each takes a whole file and a zeroed `out`, and gives NOT_RECOGNISED when
-// the file's signature is another one. After any result but OK, and after bad_alloc, which some
+// One reader per format. `is...` tells by the first bytes, of which `kSignatureBytes` are enough,
+// whether a file is of the format at all. The reader takes a whole file and a zeroed `out`, and gives NOT_RECOGNISED when
+// it isn't. After any result but OK, and after bad_alloc, which some
 // throw, `out` may hold memory: `release` it. decodeAny sees to both.
 
 namespace orvane::codecs {
+
+/// As much of a file's start as any signature needs.
+inline constexpr size_t kSignatureBytes = 64;
+
+bool isBmp(std::span<const uint8_t> start);
+bool isIcon(std::span<const uint8_t> start);
+bool isJpeg(std::span<const uint8_t> start);
+bool isGif(std::span<const uint8_t> start);
+bool isMetafile(std::span<const uint8_t> start);
 
 /// BMP with any header from OS/2 1.x to version 5; see bmp.cpp for the variants.
 OrvaneCodecResult decodeBmp(std::span<const uint8_t> file, OrvaneDecoded& out,
@@ -31,6 +41,9 @@ OrvaneCodecResult decodeGif(std::span<const uint8_t> file, OrvaneDecoded& out,
 /// WMF with a placeable header, and EMF.
 OrvaneCodecResult decodeMetafile(std::span<const uint8_t> file, OrvaneDecoded& out,
                                  const Limits& limits);
+
+/// Whether any reader knows a file that starts so.
+bool isAny(std::span<const uint8_t> start);
 
 /// Whichever of the above recognises the file. `out` is released after any result but OK.
 OrvaneCodecResult decodeAny(std::span<const uint8_t> file, OrvaneDecoded& out,

@@ -134,10 +134,13 @@ OrvaneCodecResult readFrame(GifFileType& gif, int transparent, size_t fileSize, 
 
 }  // namespace
 
+bool isGif(std::span<const uint8_t> start) {
+    return start.size() >= 3 && std::memcmp(start.data(), "GIF", 3) == 0;
+}
+
 OrvaneCodecResult decodeGif(std::span<const uint8_t> file, OrvaneDecoded& out,
                             const Limits& limits) {
-    if (file.size() < 3 || std::memcmp(file.data(), "GIF", 3) != 0)
-        return ORVANE_CODEC_NOT_RECOGNISED;
+    if (!isGif(file)) return ORVANE_CODEC_NOT_RECOGNISED;
     Source source{file};
     int error = 0;
     const Gif gif(DGifOpen(&source, readSource, &error));

@@ -132,14 +132,19 @@ void describe(const Candidate& candidate, bool isIcon, OrvaneDecoded& out) {
 
 }  // namespace
 
+bool isIcon(std::span<const uint8_t> start) {
+    const Reader reader(start);
+    const uint16_t type = reader.u16(2);
+    return reader.holds(0, kDirectory) && reader.u16(0) == 0 && reader.u16(4) != 0 &&
+           (type == kIconType || type == kCursorType);
+}
+
 OrvaneCodecResult decodeIcon(std::span<const uint8_t> file, OrvaneDecoded& out,
                              const Limits& limits) {
     const Reader whole(file);
     const uint16_t type = whole.u16(2);
     const uint16_t count = whole.u16(4);
-    if (!whole.holds(0, kDirectory) || whole.u16(0) != 0 || count == 0 ||
-        (type != kIconType && type != kCursorType))
-        return ORVANE_CODEC_NOT_RECOGNISED;
+    if (!isIcon(file)) return ORVANE_CODEC_NOT_RECOGNISED;
     Directory directory;
     for (uint32_t index = 0; index < count; ++index)
         readEntry(whole, kDirectory + uint64_t{index} * kEntry, directory);

@@ -144,9 +144,13 @@ OrvaneCodecResult run(Job& job, std::span<const uint8_t> file, OrvaneDecoded& ou
 
 }  // namespace
 
+bool isJpeg(std::span<const uint8_t> start) {
+    return start.size() >= 2 && start[0] == 0xff && start[1] == 0xd8;
+}
+
 OrvaneCodecResult decodeJpeg(std::span<const uint8_t> file, OrvaneDecoded& out,
                              const Limits& limits) {
-    if (file.size() < 2 || file[0] != 0xff || file[1] != 0xd8) return ORVANE_CODEC_NOT_RECOGNISED;
+    if (!isJpeg(file)) return ORVANE_CODEC_NOT_RECOGNISED;
     Job job{};
     job.info.err = jpeg_std_error(&job.errors);
     job.errors.error_exit = onError;

@@ -72,6 +72,12 @@ OrvaneCodecResult readEmf(std::span<const uint8_t> bytes, OrvaneDecoded& out) {
 
 }  // namespace
 
+bool isMetafile(std::span<const uint8_t> start) {
+    const Reader reader(start);
+    return reader.u32(0) == kPlaceableKey ||
+           (reader.u32(0) == kEmrHeader && reader.u32(40) == kEmfSignature) || isMetaHeader(reader);
+}
+
 OrvaneCodecResult decodeMetafile(std::span<const uint8_t> file, OrvaneDecoded& out,
                                  const Limits& limits) {
     const Reader reader(file);

@@ -18,6 +18,10 @@ OrvaneCodecResult tryDecoders(std::span<const uint8_t> file, OrvaneDecoded& out,
     return ORVANE_CODEC_NOT_RECOGNISED;
 }
 
+int recognises(const uint8_t* start, size_t size) {
+    return isAny({start, size}) ? 1 : 0;
+}
+
 int decodeBytes(const uint8_t* bytes, size_t size, OrvaneDecoded* out) {
     return decodeAny({bytes, size}, *out, Limits{});
 }
@@ -26,10 +30,14 @@ void releaseDecoded(OrvaneDecoded* decoded) {
     release(*decoded);
 }
 
-constexpr OrvaneCodecTable kTable{ORVANE_CODEC_VERSION, sizeof(OrvaneDecoded), decodeBytes,
-                                  releaseDecoded};
+constexpr OrvaneCodecTable kTable{ORVANE_CODEC_VERSION, sizeof(OrvaneDecoded), recognises,
+                                  decodeBytes, releaseDecoded};
 
 }  // namespace
+
+bool isAny(std::span<const uint8_t> start) {
+    return isBmp(start) || isJpeg(start) || isGif(start) || isIcon(start) || isMetafile(start);
+}
 
 OrvaneCodecResult decodeAny(std::span<const uint8_t> file, OrvaneDecoded& out,
                             const Limits& limits) {

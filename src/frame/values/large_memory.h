@@ -1,0 +1,14 @@
+#pragma once
+
+#include <cstddef>
+
+namespace orvane {
+
+/// `size` zeroed bytes, or null when there are none. Large blocks come from the platform as pages
+/// that take memory only when they are touched.
+void* allocateZeroed(std::size_t size);
+
+/// Frees what `allocateZeroed` gave for the same size; null is none.
+void freeZeroed(void* block, std::size_t size);
+
+}  // namespace orvane
