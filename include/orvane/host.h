@@ -147,6 +147,7 @@ public:
     friend bool operator==(const Text& text, std::u16string_view other) {
         return text.view() == other;
     }
+    friend bool operator==(const Text& text, const char16_t* other) { return text.view() == other; }
 
 private:
     BSTR text_ = nullptr;

@@ -14,7 +14,7 @@ constinit automation::ApartmentState<Ref<CommandLineParser>> cachedParser;
 
 orvMain::orvMain() : AutomationObject(table()) {}
 
-orvMain::~orvMain() { cachedParser.drop(); }
+orvMain::~orvMain() { cachedParser.drop(apartment()); }
 
 Ref<CommandLineParser> orvMain::CommandLine() {
     Ref<CommandLineParser>& parser = cachedParser.get();

@@ -1,5 +1,7 @@
 #include "type_library_text.h"
 
+#include "orvane/host.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <sstream>
@@ -28,10 +30,9 @@ std::string hex(std::uint32_t value) {
 }
 
 // Names and help strings hold units of the basic plane only.
-std::string takeText(BSTR text) {
+std::string utf8Of(std::u16string_view text) {
     std::string result;
-    for (UINT i = 0; i < SysStringLen(text); ++i) {
-        const auto unit = static_cast<unsigned>(static_cast<unsigned short>(text[i]));
+    for (const char16_t unit : text) {
         if (unit < 0x80) {
             result += static_cast<char>(unit);
         } else if (unit < 0x800) {
@@ -43,7 +44,12 @@ std::string takeText(BSTR text) {
             result += static_cast<char>(0x80 | (unit & 0x3F));
         }
     }
-    SysFreeString(text);
+    return result;
+}
+
+std::string takeText(BSTR text) {
+    std::string result = utf8Of(host::viewOf(text));
+    host::freeText(text);
     return result;
 }
 
@@ -110,7 +116,7 @@ std::string typeText(ITypeInfo& info, const TYPEDESC& type) {
 
 std::string valueText(const VARIANT& value) {
     switch (value.vt) {
-        case VT_BSTR: return joined('"', takeText(SysAllocString(value.bstrVal)), '"');
+        case VT_BSTR: return joined('"', utf8Of(host::viewOf(value.bstrVal)), '"');
         case VT_BOOL: return joined("vt11 ", value.boolVal);
         case VT_I2: return joined("vt2 ", value.iVal);
         default: return joined("vt", value.vt, ' ', value.lVal);

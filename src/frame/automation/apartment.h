@@ -88,8 +88,10 @@ public:
     }
     /// Drops the calling thread's `T`.
     void drop() {
-        if (Apartment* apartment = Apartment::existing()) apartment->dropState(slot());
+        if (Apartment* apartment = Apartment::existing()) drop(*apartment);
     }
+    /// Drops another apartment's `T`: for an object that is released after its thread has ended.
+    void drop(Apartment& apartment) { apartment.dropState(slot()); }
 
 private:
     struct Holder final : ModuleState {

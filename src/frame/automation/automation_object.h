@@ -54,6 +54,9 @@ public:
 protected:
     virtual ~AutomationObject();
 
+    /// The apartment that the object belongs to, also when another thread releases it.
+    Apartment& apartment() { return apartment_; }
+
     /// Fires an event to every connected sink, in the order in which they were connected. What a
     /// sink raises is dropped, as hosts expect.
     void fire(DISPID event, std::span<Variant> arguments = {});

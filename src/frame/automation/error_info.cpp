@@ -9,6 +9,34 @@ namespace {
 
 constexpr std::int32_t kControlFacility = static_cast<std::int32_t>(0x800A0000);
 
+BSTR bstrOrNull(const WString& text) {
+    return text.isNull() ? nullptr
+                         : SysAllocStringLen(toOle(text.data()), static_cast<UINT>(text.size()));
+}
+
+#ifdef _WIN32
+
+// The system's own object: what a thread keeps of a failed call may outlive this library.
+void leaveErrorInfo(const RuntimeError& failure) {
+    ICreateErrorInfo* made = nullptr;
+    if (FAILED(CreateErrorInfo(&made))) return;
+    const auto text = [](const WString& units) {
+        return const_cast<OLECHAR*>(toOle(units.isNull() ? u"" : units.data()));
+    };
+    made->SetDescription(text(failure.description));
+    made->SetSource(text(failure.source));
+    made->SetHelpFile(text(failure.helpFile));
+    made->SetHelpContext(static_cast<DWORD>(failure.helpContext));
+    IErrorInfo* info = nullptr;
+    if (SUCCEEDED(made->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(&info)))) {
+        SetErrorInfo(0, info);
+        info->Release();
+    }
+    made->Release();
+}
+
+#else
+
 class ErrorInfo final : public IErrorInfo {
 public:
     explicit ErrorInfo(RuntimeError failure) : failure_(std::move(failure)) {}
@@ -55,10 +83,13 @@ private:
     RuntimeError failure_;
 };
 
-BSTR bstrOrNull(const WString& text) {
-    return text.isNull() ? nullptr
-                         : SysAllocStringLen(toOle(text.data()), static_cast<UINT>(text.size()));
+void leaveErrorInfo(const RuntimeError& failure) {
+    auto* info = new ErrorInfo(failure);
+    SetErrorInfo(0, info);
+    info->Release();
 }
+
+#endif
 
 WString take(BSTR text) {
     WString result(viewOf(text));
@@ -109,11 +140,10 @@ std::int32_t errorNumberOf(HRESULT status) {
 
 HRESULT reportError(const RuntimeError& failure) {
     try {
-        auto* info = new ErrorInfo(failure);
-        SetErrorInfo(0, info);
-        info->Release();
-    } catch (const std::bad_alloc&) {
         SetErrorInfo(0, nullptr);
+        leaveErrorInfo(failure);
+    } catch (const std::bad_alloc&) {
+        // The number alone has to do.
     }
     return statusOf(failure.number);
 }

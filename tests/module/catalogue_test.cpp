@@ -1,0 +1,123 @@
+#include "libraries.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace orvane::tests {
+namespace {
+
+using host::Pointer;
+using host::Text;
+
+constexpr WORD kGlobal = 0x0B;
+constexpr WORD kCreatable = 0x02;
+constexpr WORD kInternal = 0x00;
+
+struct Row {
+    const char16_t* name;
+    WORD flags;
+    GUID classId;
+    GUID interfaceId;
+};
+
+// The identifiers that hosts were compiled with, in type-library order.
+const Row kRows[] = {
+    {u"orvMain", kGlobal,
+     {0x9BFF0E80, 0x2887, 0x4ECA, {0x8C, 0x35, 0xF1, 0xA2, 0x1B, 0x8C, 0xFD, 0x94}},
+     {0x8F8BBB56, 0x3B84, 0x44E0, {0x9A, 0x8B, 0x74, 0x7D, 0xF3, 0x81, 0x3A, 0x09}}},
+    {u"PictureInfo", kCreatable,
+     {0x83A3985F, 0x5450, 0x4098, {0x94, 0xCD, 0xC5, 0x34, 0xA3, 0xF1, 0x95, 0xD7}},
+     {0xE2C2C4B2, 0x8728, 0x4349, {0xB8, 0x83, 0xAF, 0xBF, 0x28, 0x63, 0xEA, 0xF8}}},
+    {u"CommandLineParser", kInternal,
+     {0x30ADF94B, 0xA4D4, 0x4550, {0x9B, 0x84, 0xB9, 0xA4, 0xF2, 0x23, 0x3A, 0x99}},
+     {0xD8D95142, 0xB960, 0x43F8, {0x8C, 0xB6, 0x10, 0xB6, 0xB5, 0x0A, 0x4E, 0x3B}}},
+};
+
+TYPEATTR attributesOf(ITypeInfo& info) {
+    TYPEATTR* attributes = nullptr;
+    EXPECT_EQ(info.GetTypeAttr(&attributes), S_OK);
+    const TYPEATTR copy = *attributes;
+    info.ReleaseTypeAttr(attributes);
+    return copy;
+}
+
+std::u16string nameOf(ITypeInfo& info) {
+    Text name;
+    EXPECT_EQ(info.GetDocumentation(MEMBERID_NIL, name.receive(), nullptr, nullptr, nullptr), S_OK);
+    return std::u16string(name.view());
+}
+
+TEST(Catalogue, TypeLibraryHasEveryClassWithItsIdentifiersAndInstancing) {
+    TheLibrary library;
+    const auto types = typeLibraryOf<_orvMain>(library);
+    for (const Row& row : kRows) {
+        Pointer<ITypeInfo> info;
+        ASSERT_EQ(types->GetTypeInfoOfGuid(row.classId, info.receive()), S_OK);
+        EXPECT_EQ(nameOf(*info), row.name);
+        EXPECT_EQ(attributesOf(*info).typekind, TKIND_COCLASS);
+        EXPECT_EQ(attributesOf(*info).wTypeFlags, row.flags);
+        HREFTYPE reference = 0;
+        ASSERT_EQ(info->GetRefTypeOfImplType(0, &reference), S_OK);
+        Pointer<ITypeInfo> implemented;
+        ASSERT_EQ(info->GetRefTypeInfo(reference, implemented.receive()), S_OK);
+        EXPECT_TRUE(attributesOf(*implemented).guid == row.interfaceId);
+        EXPECT_EQ(nameOf(*implemented), std::u16string(u"_") + row.name);
+    }
+}
+
+TEST(Catalogue, TypeLibraryHasTheClassesInTheirOrderAndNoOther) {
+    TheLibrary library;
+    const auto types = typeLibraryOf<_orvMain>(library);
+    std::vector<std::u16string> names;
+    for (UINT i = 0; i < types->GetTypeInfoCount(); ++i) {
+        Pointer<ITypeInfo> info;
+        ASSERT_EQ(types->GetTypeInfo(i, info.receive()), S_OK);
+        if (attributesOf(*info).typekind == TKIND_COCLASS) names.push_back(nameOf(*info));
+    }
+    EXPECT_THAT(names, testing::ElementsAre(u"orvMain", u"PictureInfo", u"CommandLineParser"));
+}
+
+TEST(Catalogue, FactoriesMakeWhatHostsMayCreateAndRefuseTheRest) {
+    TheLibrary library;
+    for (const Row& row : kRows) {
+        const auto factory = library.classObject<IClassFactory>(row.classId, IID_IClassFactory);
+        void* made = nullptr;
+        const HRESULT status = factory->CreateInstance(nullptr, row.interfaceId, &made);
+        EXPECT_EQ(status, row.flags == kInternal ? CLASS_E_CLASSNOTAVAILABLE : S_OK);
+        EXPECT_EQ(made != nullptr, row.flags != kInternal);
+        if (made != nullptr) static_cast<IUnknown*>(made)->Release();
+    }
+}
+
+TEST(Catalogue, EarlierInterfaceIdentifiersGiveTheInterface) {
+    TheLibrary library;
+    const auto object = library.create<_orvMain>();
+    for (const IID& alias : {IID_orvMain___v0, IID_orvMain___v1}) {
+        const auto found = object.query<_orvMain>(alias);
+        EXPECT_EQ(found.get(), object.get());
+    }
+}
+
+TEST(Catalogue, ObjectsAnswerTheirIdentityAndNothingElse) {
+    TheLibrary library;
+    const auto object = library.create<_PictureInfo>();
+    const auto unknown = object.query<IUnknown>(IID_IUnknown);
+    EXPECT_TRUE(unknown);
+    EXPECT_EQ(object.query<IDispatch>(IID_IDispatch).query<IUnknown>(IID_IUnknown).get(),
+              unknown.get());
+    EXPECT_FALSE(object.query<IUnknown>(IID__orvMain));
+    EXPECT_FALSE(object.query<IUnknown>(IID_IStream));
+}
+
+TEST(Catalogue, ProvidedClassInformationIsTheClassItself) {
+    TheLibrary library;
+    const auto provider =
+        library.create<_orvMain>().query<IProvideClassInfo>(IID_IProvideClassInfo);
+    ASSERT_TRUE(provider);
+    Pointer<ITypeInfo> info;
+    ASSERT_EQ(provider->GetClassInfo(info.receive()), S_OK);
+    EXPECT_TRUE(attributesOf(*info).guid == CLSID_orvMain);
+}
+
+}  // namespace
+}  // namespace orvane::tests
