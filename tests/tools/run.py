@@ -1,0 +1,5 @@
+"""Tests of the command-line host `orvane`: `run.py PROGRAM [RUNNER]`, where RUNNER starts Windows programs."""
+
+import tool_case
+
+tool_case.main(['test_args', 'test_usage', 'test_picture_info', 'test_picture_convert', 'test_terminal'])

@@ -1,0 +1,115 @@
+"""orvane picture convert: what it writes is the picture, and a failure leaves nothing."""
+
+import os
+import resource
+import subprocess
+
+import pictures
+import tool_case
+from tool_case import ToolCase, natively
+
+
+class PictureConvert(ToolCase):
+    def convert(self, source, target):
+        self.assertEqual(self.run_tool('picture', 'convert', source, target), (0, '', ''))
+        return (self.folder / target).read_bytes()
+
+    def assert_fails(self, source, target, *texts, **options):
+        """It says so in one line that holds the texts, and the folder is as it was."""
+        before = {name: (self.folder / name).read_bytes() for name in self.names()
+                  if (self.folder / name).is_file()}
+        names = self.names()
+        status, output, errors = self.run_tool('picture', 'convert', source, target, **options)
+        self.assertEqual((status, output, errors.count('\n')), (1, '', 1), errors)
+        for text in ('orvane: ', *texts):
+            self.assertIn(text, errors)
+        self.assertEqual(self.names(), names)
+        for name, data in before.items():
+            self.assertEqual((self.folder / name).read_bytes(), data)
+
+    def test_a_targa_keeps_every_pixel(self):
+        for width in (1, 2, 3, 4, 5, 31):
+            for from_top in (True, False):
+                with self.subTest(width=width, from_top=from_top):
+                    pixels = pictures.pattern(width, 6)
+                    self.write('a.tga', pictures.tga(pixels, from_top))
+                    self.assertEqual(pictures.read_ppm(self.convert('a.tga', 'a.ppm')), pixels)
+                    self.assertEqual(pictures.read_bmp(self.convert('a.tga', 'a.bmp')), pixels)
+
+    def test_the_bitmap_it_wrote_converts_to_the_same_pixels(self):
+        pixels = pictures.pattern(13, 9)
+        self.write('a.tga', pictures.tga(pixels))
+        self.convert('a.tga', 'a.bmp')
+        self.assertEqual(pictures.read_ppm(self.convert('a.bmp', 'b.ppm')), pixels)
+        self.assertEqual(pictures.read_bmp(self.convert('a.bmp', 'b.bmp')), pixels)
+
+    def test_a_bitmap_with_a_colour_table(self):
+        palette = [(i * 16, 255 - i * 3, i * i) for i in range(16)]
+        indices = [[(x * 5 + y) % 16 for x in range(10)] for y in range(4)]
+        self.write('a.bmp', pictures.bmp_of_16_colours(indices, palette))
+        self.assertEqual(pictures.read_ppm(self.convert('a.bmp', 'a.ppm')),
+                         [[palette[index] for index in row] for row in indices])
+
+    def test_the_extension_decides_in_either_case(self):
+        self.write('a.tga', pictures.tga(pictures.pattern(2, 2)))
+        self.assertEqual(self.convert('a.tga', 'A.PPM')[:2], b'P6')
+        self.assertEqual(self.convert('a.tga', 'A.Bmp')[:2], b'BM')
+
+    def test_a_file_can_be_converted_in_place(self):
+        pixels = pictures.pattern(3, 3)
+        self.write('a.ppm', pictures.tga(pixels))
+        self.assertEqual(pictures.read_ppm(self.convert('a.ppm', 'a.ppm')), pixels)
+        self.assertEqual(self.names(), ['a.ppm'])
+
+    def test_names_outside_the_code_page(self):
+        pixels = pictures.pattern(3, 3)
+        self.write('日本.tga', pictures.tga(pixels))
+        self.assertEqual(pictures.read_ppm(self.convert('日本.tga', '出力.ppm')), pixels)
+        self.assertEqual(self.names(), ['出力.ppm', '日本.tga'])
+
+    def test_only_the_result_is_left(self):
+        self.write('a.tga', pictures.tga(pictures.pattern(2, 2)))
+        self.convert('a.tga', 'a.bmp')
+        self.assertEqual(self.names(), ['a.bmp', 'a.tga'])
+
+    def test_a_missing_picture(self):
+        self.assert_fails('gone.tga', 'a.bmp', 'gone.tga: error 53 File not found')
+
+    def test_what_is_no_picture_leaves_the_old_result(self):
+        self.write('text', b'no picture at all\n')
+        self.write('a.ppm', b'the old one')
+        self.assert_fails('text', 'a.ppm', 'text: error 481 Invalid picture')
+
+    def test_an_icon_can_not_be_converted(self):
+        self.write('a.ico', pictures.icon(16))
+        self.assert_fails('a.ico', 'a.bmp', 'a.ico: Windows icon: only bitmaps')
+
+    def test_a_missing_folder(self):
+        self.write('a.tga', pictures.tga(pictures.pattern(2, 2)))
+        self.assert_fails('a.tga', 'gone/a.bmp', 'gone/a.bmp')
+
+    def test_a_folder_is_not_replaced(self):
+        self.write('a.tga', pictures.tga(pictures.pattern(2, 2)))
+        os.mkdir(self.folder / 'a.bmp')
+        self.assert_fails('a.tga', 'a.bmp', 'a.bmp: not a file')
+
+    @natively
+    def test_a_pipe_is_not_replaced(self):
+        self.write('a.tga', pictures.tga(pictures.pattern(2, 2)))
+        os.mkfifo(self.folder / 'a.ppm')
+        self.assert_fails('a.tga', 'a.ppm', 'a.ppm: not a file')
+
+    @natively
+    def test_a_write_that_fails_leaves_the_old_result(self):
+        self.write('a.tga', pictures.tga(pictures.pattern(64, 64)))
+        self.write('a.ppm', b'the old one')
+        limit = resource.RLIMIT_FSIZE
+        self.assert_fails('a.tga', 'a.ppm', 'a.ppm: File too large',
+                          preexec_fn=lambda: resource.setrlimit(limit, (1000, 1000)))
+
+    @natively
+    def test_a_new_file_has_the_usual_rights(self):
+        self.write('a.tga', pictures.tga(pictures.pattern(2, 2)))
+        subprocess.run(['sh', '-c', 'umask 027; exec "$0" picture convert a.tga a.ppm',
+                        *tool_case.tool], cwd=self.folder, check=True)
+        self.assertEqual(os.stat(self.folder / 'a.ppm').st_mode & 0o777, 0o640)

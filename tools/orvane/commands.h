@@ -1,0 +1,34 @@
+#pragma once
+
+#include <span>
+#include <stdexcept>
+#include <string>
+
+/// The tool's commands, a file each. Each takes the words behind its name and gives the exit
+/// status: 0, or 1 when a file failed.
+namespace orvane::tool {
+
+inline constexpr int kSuccess = 0;
+inline constexpr int kFailed = 1;
+inline constexpr int kBadUsage = 2;
+
+using Words = std::span<const std::string>;
+
+/// The words make no command; the text says why.
+struct UsageError : std::invalid_argument {
+    using std::invalid_argument::invalid_argument;
+};
+
+/// `orvane args [WORDS...]`: what the library's parser made of the process's command line, the
+/// number of parameters and then the program and each parameter by its index.
+int runArgs();
+
+/// `orvane picture info [--json] FILES...`: a line for each file with what was found in it, or with
+/// its error.
+int runPictureInfo(Words words);
+
+/// `orvane picture convert IN OUT`: writes the picture in IN as OUT, a BMP or PPM file by its
+/// extension.
+int runPictureConvert(Words words);
+
+}  // namespace orvane::tool

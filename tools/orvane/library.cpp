@@ -1,0 +1,111 @@
+#include "library.h"
+
+#include "library_version.h"
+#include "stream.h"
+#include "system.h"
+#include "utf8.h"
+
+#include "orvane/OrvBase0301.h"
+
+#include <algorithm>
+#include <array>
+
+namespace orvane::tool {
+
+namespace {
+
+/// Runs calls of the library and turns what they raise into the tool's own error.
+template <class Calls>
+auto calling(Calls calls) {
+    try {
+        return calls();
+    } catch (const host::Error& error) {
+        throw LibraryError(error.number(), toUtf8(error.description));
+    }
+}
+
+PictureFacts factsOf(host::Library& library, _PictureInfo& info) {
+    PictureFacts facts;
+    LONG number = 0;
+    const auto read = [&](HRESULT status) {
+        library.check(status);
+        return number;
+    };
+    orvPictureTypeEx type = orvPteNothing;
+    host::Text typeName;
+    library.check(info.PictureType(&type));
+    library.check(info.GetPictureTypeName(typeName.receive()));
+    facts.type = type;
+    facts.typeName = toUtf8(typeName.view());
+    facts.width = read(info.Width(&number));
+    facts.height = read(info.Height(&number));
+    facts.bitsPerPixel = read(info.ImageBPP(&number));
+    return facts;
+}
+
+/// Some systems save a picture in the form that it has in an object's stream: the file behind a
+/// mark and its length.
+std::vector<std::uint8_t> withoutStreamHeader(std::vector<std::uint8_t> bytes) {
+    constexpr std::array<std::uint8_t, 4> kMark = {'l', 't', 0, 0};
+    constexpr std::ptrdiff_t kHeader = 8;
+    if (bytes.size() > kHeader && std::equal(kMark.begin(), kMark.end(), bytes.begin())) {
+        bytes.erase(bytes.begin(), bytes.begin() + kHeader);
+    }
+    return bytes;
+}
+
+}  // namespace
+
+std::vector<std::string> Library::commandLine() {
+    return calling([&] {
+        host::Pointer<_CommandLineParser> parser;
+        host_.check(host_.global<_orvMain>().CommandLine(parser.receive()));
+        LONG count = 0;
+        host_.check(parser->get_Count(&count));
+        std::vector<std::string> items;
+        for (LONG index = -1; index < count; ++index) {
+            host::Text item;
+            host_.check(parser->get_Item(index, item.receive()));
+            items.push_back(toUtf8(item.view()));
+        }
+        return items;
+    });
+}
+
+LoadedPicture Library::loadPicture(const std::string& file) {
+    const LibraryName name(file);
+    return calling([&] {
+        LoadedPicture loaded;
+        host::Pointer<_PictureInfo> info;
+        host_.check(host_.global<_orvMain>().LoadPictureEx(host::Text(name.text()), info.place(),
+                                                           loaded.picture.receive()));
+        if (!info) throw Failure(file + ": the library told nothing about the picture");
+        loaded.facts = factsOf(host_, *info);
+        return loaded;
+    });
+}
+
+std::string Library::version() {
+    return calling([&] { return libraryVersion(host_); });
+}
+
+std::vector<std::uint8_t> bmpOf(const LoadedPicture& loaded) {
+    const auto picture = loaded.picture.query<IPicture>(IID_IPicture);
+    SHORT type = PICTYPE_NONE;
+    if (!picture || FAILED(picture->get_Type(&type)) || type != PICTYPE_BITMAP) {
+        throw Failure(loaded.facts.typeName + ": only bitmaps can be converted");
+    }
+    // The system's own pictures keep the file that they come from and would save that.
+    picture->put_KeepOriginalFormat(0);
+    picture->PictureChanged();
+    MemoryStream stream;
+    LONG size = 0;
+    if (FAILED(picture->SaveAsFile(&stream, -1, &size))) throw Failure("can't save the picture");
+    std::vector<std::uint8_t> bmp = withoutStreamHeader(stream.bytes());
+    if (bmp.size() < 2 || bmp[0] != 'B' || bmp[1] != 'M') {
+        throw Failure("the picture can't be saved as a bitmap");
+    }
+    return bmp;
+}
+
+}  // namespace orvane::tool

@@ -1,0 +1,89 @@
+#include "commands.h"
+#include "library.h"
+#include "system.h"
+#include "utf8.h"
+
+#include <exception>
+#include <new>
+#include <string>
+#include <vector>
+
+namespace orvane::tool {
+
+namespace {
+
+constexpr const char* kUsage = "usage: orvane args [WORDS...]\n"
+                               "       orvane picture info [--json] FILES...\n"
+                               "       orvane picture convert IN OUT\n"
+                               "       orvane --help\n"
+                               "       orvane --version\n";
+
+constexpr const char* kHelp =
+    "\n"
+    "args             what the library makes of this command line: the number of\n"
+    "                 parameters, the program (-1) and each parameter from 0\n"
+    "picture info     type, size and depth of each picture, or its error; with\n"
+    "                 --json one object a line: file, type, typeName, width, height,\n"
+    "                 bpp, or file and error (number, description)\n"
+    "picture convert  writes a picture as .bmp or .ppm, by the extension of OUT\n"
+    "\n"
+    "Exit status: 0, 1 when a file failed, 2 for a wrong command line. When nobody\n"
+    "reads the output any more the tool ends quietly (on Linux by SIGPIPE, for a\n"
+    "shell 141; on Windows with 0).\n";
+
+void runVersion() {
+    Library library;
+    writeToOutput("orvane, library " + library.version() + "\n");
+}
+
+int runPicture(Words words) {
+    if (words.empty()) throw UsageError("picture: no command");
+    if (words[0] == "info") return runPictureInfo(words.subspan(1));
+    if (words[0] == "convert") return runPictureConvert(words.subspan(1));
+    throw UsageError("picture: unknown command " + words[0]);
+}
+
+int run(Words words) {
+    if (words.empty()) throw UsageError("no command");
+    if (words[0] == "args") return runArgs();
+    if (words[0] == "picture") return runPicture(words.subspan(1));
+    const bool isHelp = words[0] == "--help" || words[0] == "-h";
+    if (!isHelp && words[0] != "--version") throw UsageError("unknown command " + words[0]);
+    if (words.size() > 1) throw UsageError(words[0] + " stands alone");
+    if (isHelp) writeToOutput(std::string(kUsage) + kHelp);
+    else runVersion();
+    return kSuccess;
+}
+
+void complain(const std::string& text) {
+    writeToErrors("orvane: " + printable(text) + "\n");
+}
+
+int guardedRun(int argc, char** argv) {
+    try {
+        prepareProcess();
+        const std::vector<std::string> words = commandWords(argc, argv);
+        return run(words);
+    } catch (const ReaderGone&) {
+        endWithoutReader();
+    } catch (const UsageError& error) {
+        complain(error.what());
+        writeToErrors(kUsage);
+        return kBadUsage;
+    } catch (const LibraryError& error) {
+        complain(error.text());
+    } catch (const std::bad_alloc&) {
+        complain("out of memory");
+    } catch (const std::exception& error) {
+        complain(error.what());
+    }
+    return kFailed;
+}
+
+}  // namespace
+
+}  // namespace orvane::tool
+
+int main(int argc, char** argv) {
+    return orvane::tool::guardedRun(argc, argv);
+}

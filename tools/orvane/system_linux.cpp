@@ -1,0 +1,149 @@
+#include "system.h"
+
+#include "utf8.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace orvane::tool {
+
+namespace {
+
+/// What no process has a descriptor for: a name that doesn't exist.
+constexpr const char16_t* kNoFile = u"/proc/self/fd/-1";
+
+int descriptorOf(Stream stream) {
+    return stream == Stream::output ? STDOUT_FILENO : STDERR_FILENO;
+}
+
+[[noreturn]] void fail(const std::string& what, int number) {
+    throw Failure(what + ": " + std::generic_category().message(number));
+}
+
+/// Writes all of it; 0 or the error number.
+int writeAll(int descriptor, const char* bytes, std::size_t size) {
+    while (size > 0) {
+        const ssize_t written = ::write(descriptor, bytes, size);
+        if (written < 0 && errno != EINTR) return errno;
+        if (written > 0) {
+            bytes += written;
+            size -= static_cast<std::size_t>(written);
+        }
+    }
+    return 0;
+}
+
+bool isPlain(std::string_view name) {
+    return std::ranges::all_of(name, [](char byte) { return static_cast<signed char>(byte) > 0; });
+}
+
+/// A new file in the folder of `name`, open for writing.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(const std::string& name) {
+        constexpr int kTries = 100;
+        const std::string folder = name.substr(0, name.rfind('/') + 1);
+        for (int i = 0; i < kTries && descriptor_ < 0; ++i) {
+            path_ = folder + ".orvane-" + std::to_string(::getpid()) + "-" + std::to_string(i);
+            descriptor_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+            if (descriptor_ < 0 && errno != EEXIST) break;
+        }
+        if (descriptor_ < 0) fail(name, errno);
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile() {
+        if (descriptor_ >= 0) ::close(descriptor_);
+        if (!path_.empty()) ::unlink(path_.c_str());
+    }
+
+    /// Each of these gives 0 or the error number.
+    int write(std::span<const std::uint8_t> content) {
+        return writeAll(descriptor_, reinterpret_cast<const char*>(content.data()), content.size());
+    }
+    int close() { return ::close(std::exchange(descriptor_, -1)) == 0 ? 0 : errno; }
+    int rename(const std::string& name) {
+        if (::rename(path_.c_str(), name.c_str()) != 0) return errno;
+        path_.clear();
+        return 0;
+    }
+
+private:
+    std::string path_;
+    int descriptor_ = -1;
+};
+
+}  // namespace
+
+void prepareProcess() {
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    // A standard descriptor that came closed would be the next file's; one that can't be used for
+    // its purpose holds its place.
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(descriptor, F_GETFD) >= 0) continue;
+        if (::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY) != descriptor) {
+            std::abort();
+        }
+    }
+}
+
+std::vector<std::string> commandWords(int argc, char** argv) {
+    return {argv + std::min(argc, 1), argv + argc};
+}
+
+bool isTerminal(Stream stream) {
+    return ::isatty(descriptorOf(stream)) != 0;
+}
+
+void writeToOutput(std::string_view text) {
+    const int error = writeAll(STDOUT_FILENO, text.data(), text.size());
+    if (error == EPIPE) throw ReaderGone();
+    if (error != 0) fail("standard output", error);
+}
+
+void writeToErrors(std::string_view text) {
+    writeAll(STDERR_FILENO, text.data(), text.size());
+}
+
+void endWithoutReader() {
+    std::signal(SIGPIPE, SIG_DFL);
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGPIPE);
+    sigprocmask(SIG_UNBLOCK, &signals, nullptr);
+    std::raise(SIGPIPE);
+    std::abort();
+}
+
+// O_PATH needs no right to read: whether the file can be read is for the library to find out.
+LibraryName::LibraryName(const std::string& name) : text_(toUtf16(name)) {
+    if (isPlain(name) && !name.empty()) return;
+    descriptor_ = ::open(name.c_str(), O_PATH | O_CLOEXEC);
+    text_ = descriptor_ < 0 ? kNoFile : toUtf16("/proc/self/fd/" + std::to_string(descriptor_));
+}
+
+LibraryName::~LibraryName() {
+    if (descriptor_ >= 0) ::close(descriptor_);
+}
+
+void replaceFile(const std::string& name, std::span<const std::uint8_t> content) {
+    struct stat facts {};
+    if (::lstat(name.c_str(), &facts) == 0 && !S_ISREG(facts.st_mode) && !S_ISLNK(facts.st_mode)) {
+        throw Failure(name + ": not a file");
+    }
+    TemporaryFile file(name);
+    int error = file.write(content);
+    if (error == 0) error = file.close();
+    if (error == 0) error = file.rename(name);
+    if (error != 0) fail(name, error);
+}
+
+}  // namespace orvane::tool
