@@ -1,0 +1,176 @@
+// A host as its author writes it: compiled against the printed header and the client alone, early
+// bound, the same source on both platforms. It calls every slot of every class and prints what
+// went wrong; the status is 0 when nothing did.
+//
+//   early_bound_host LIBRARY
+
+#include "orvane/OrvBase0301.h"
+#include "orvane/host.h"
+
+#include <iostream>
+#include <string>
+
+namespace {
+
+using orvane::host::Error;
+using orvane::host::Library;
+using orvane::host::Pointer;
+using orvane::host::Text;
+
+constexpr std::int32_t kNotCarriedOut = 445;
+
+int failures = 0;
+int checks = 0;
+
+void expect(bool condition, const char* what) {
+    ++checks;
+    if (condition) return;
+    ++failures;
+    std::cerr << "failed: " << what << "\n";
+}
+
+/// The number of the error that a call ends with; 0 when it succeeds.
+std::int32_t errorOf(Library& library, HRESULT status) {
+    try {
+        library.check(status);
+    } catch (const Error& failure) {
+        return failure.number();
+    }
+    return 0;
+}
+
+struct Arguments {
+    IDispatch* object = nullptr;
+    IPictureDisp* picture = nullptr;
+    Text text = u"text";
+    VARIANT value{};
+    SAFEARRAY* array = nullptr;
+    VARIANT_BOOL found = VARIANT_FALSE;
+    LONG number = 0;
+};
+
+void checkCommandLine(Library& library, _orvMain& app) {
+    Pointer<_CommandLineParser> parser;
+    library.check(app.CommandLine(parser.receive()));
+    library.check(parser->SetNewCommandLine(Text(u"\"a b\"  c"), VARIANT_TRUE));
+    LONG count = -1;
+    library.check(parser->get_Count(&count));
+    expect(count == 2, "Count of two words");
+    Text word;
+    library.check(parser->get_Item(0, word.receive()));
+    expect(word == u"a b", "Item(0) is the quoted word");
+    library.check(parser->get_Item(1, word.receive()));
+    expect(word == u"c", "Item(1) is the plain word");
+    expect(errorOf(library, parser->get_Item(-2, word.receive())) == 9, "Item(-2) raises 9");
+    expect(errorOf(library, parser->get_Item(2, word.receive())) == 9, "Item(2) raises 9");
+    expect(parser->get_Count(nullptr) == E_POINTER, "a result without a place is refused");
+}
+
+void checkPictures(Library& library, _orvMain& app, Arguments& given) {
+    Pointer<_PictureInfo> info;
+    Pointer<IPictureDisp> picture;
+    library.check(app.LoadPictureEx(Text(u""), info.place(), picture.receive()));
+    expect(picture && !info, "an empty name gives an empty picture and no information");
+    expect(errorOf(library, app.LoadPictureEx(Text(u"no such file"), info.place(),
+                                              picture.receive())) == 53,
+           "LoadPictureEx raises 53 for a missing file");
+    VARIANT name{};
+    VARIANT place{};
+    VARIANT result{};
+    place.vt = VT_DISPATCH;
+    name.vt = VT_BSTR;
+    Text missing(u"no such file");
+    name.bstrVal = missing;
+    expect(errorOf(library, app.LoadPictureExByVar(name, &place, &result)) == 53,
+           "LoadPictureExByVar raises 53 for a missing file");
+    Text filter;
+    library.check(app.GetLoadPictureExFilter(VARIANT_FALSE, VARIANT_FALSE, VARIANT_FALSE,
+                                             VARIANT_FALSE, filter.receive()));
+    expect(filter.view().starts_with(u"Картинки|*.BMP;*.DIB;"), "GetLoadPictureExFilter");
+    library.check(app.GetLoadPictureExPattern(VARIANT_TRUE, VARIANT_FALSE, VARIANT_FALSE,
+                                              VARIANT_FALSE, filter.receive()));
+    expect(filter == u"*.BMP;*.DIB;*.RLE;*.JPG;*.JPE;*.JPEG;*.GIF;*.ICO;*.PNG;*.PSD;*.PCX;*.TGA;"
+                     u"*.TIF;*.TIFF",
+           "GetLoadPictureExPattern with icons");
+    expect(errorOf(library, app.LoadResPictureByData(&given.array, info.place(),
+                                                     picture.receive())) != 0,
+           "LoadResPictureByData of no data raises an error");
+}
+
+void checkPictureInfo(Library& library) {
+    const auto info = library.create<_PictureInfo>();
+    LONG number = -1;
+    library.check(info->Width(&number));
+    expect(number == 0, "Width of a new PictureInfo");
+    number = -1;
+    library.check(info->Height(&number));
+    expect(number == 0, "Height of a new PictureInfo");
+    number = -1;
+    library.check(info->ImageBPP(&number));
+    expect(number == 0, "ImageBPP of a new PictureInfo");
+    orvPictureTypeEx type = orvPteUnknown;
+    library.check(info->PictureType(&type));
+    expect(type == orvPteNothing, "PictureType of a new PictureInfo");
+    Text name;
+    library.check(info->GetPictureTypeName(name.receive()));
+    expect(name == u"Nothing", "GetPictureTypeName of a new PictureInfo");
+}
+
+void checkUnbuilt(Library& library, _orvMain& app, Arguments& a) {
+    LONG number = 0;
+    VARIANT_BOOL flag = VARIANT_FALSE;
+    SAFEARRAY* array = nullptr;
+    Text text;
+    const auto refuses = [&](HRESULT status, const char* member) {
+        expect(errorOf(library, status) == kNotCarriedOut, member);
+    };
+    refuses(app.ArrayBSTR(&a.array, &array), "ArrayBSTR");
+    refuses(app.ArrayLong(&a.array, &array), "ArrayLong");
+    refuses(app.ShowMSAboutBox(a.object), "ShowMSAboutBox");
+    refuses(app.ShowAboutBox(a.object, a.object, a.text, a.picture, a.text), "ShowAboutBox");
+    refuses(app.ShowAboutBox2(a.picture, a.picture, a.object, a.text, a.picture, a.text),
+            "ShowAboutBox2");
+    refuses(app.ShowAboutBoxEx(a.text, a.picture, a.picture, 1, 0, 0, a.text, a.text, a.text,
+                               a.text, a.picture, a.text),
+            "ShowAboutBoxEx");
+    refuses(app.AddTextBoxInsertHook(a.object, &flag), "AddTextBoxInsertHook");
+    refuses(app.RemoveTextBoxInsertHook(a.object, &flag), "RemoveTextBoxInsertHook");
+    refuses(app.ClearTextBoxInsertHooks(), "ClearTextBoxInsertHooks");
+    refuses(app.ShowModalForm(a.object, a.object), "ShowModalForm");
+    refuses(app.InArray(&a.array, a.value, a.value, a.value, &a.found, &number), "InArray");
+    refuses(app.IsInArray(&a.array, a.value, a.value, a.value, &flag), "IsInArray");
+    refuses(app.InCollection(&a.object, a.value, a.value, a.value, &a.found, &number),
+            "InCollection");
+    refuses(app.IsInCollection(&a.object, a.value, a.value, a.value, &flag), "IsInCollection");
+    refuses(app.GetSelectedOptionButtonIndex(a.object, &number), "GetSelectedOptionButtonIndex");
+    refuses(app.SetSelectedOptionButtonIndex(a.object, 0), "SetSelectedOptionButtonIndex");
+    refuses(app.PressButton(a.object, &flag), "PressButton");
+    refuses(app.FixFonts(a.object), "FixFonts");
+    refuses(app.FixCBCursors(a.object), "FixCBCursors");
+    refuses(app.JoinCollection(&a.object, a.text, VARIANT_FALSE, text.receive()), "JoinCollection");
+    refuses(app.AddAutoComplete(a.object, AddAutoCompleteFlags{}, &flag), "AddAutoComplete");
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    try {
+        Library library(count > 1 ? arguments[1] : "");
+        auto& app = library.global<_orvMain>();
+        Arguments given;
+        checkCommandLine(library, app);
+        checkPictures(library, app, given);
+        checkPictureInfo(library);
+        checkUnbuilt(library, app, given);
+        library.endThread();
+        expect(library.canUnload(), "nothing is left alive");
+    } catch (const Error& failure) {
+        std::cerr << "run-time error " << failure.number() << "\n";
+        return 1;
+    } catch (const std::exception& failure) {
+        std::cerr << failure.what() << "\n";
+        return 1;
+    }
+    std::cout << checks << " checks, " << failures << " failed\n";
+    return failures == 0 ? 0 : 1;
+}

@@ -1,0 +1,55 @@
+' The library under VBScript: by ProgID, late bound. The last line tells that nothing stopped it.
+Option Explicit
+
+Dim failures
+failures = 0
+
+Sub Check(what, actual, expected)
+    If actual <> expected Then
+        failures = failures + 1
+        WScript.Echo "failed: " & what & ": " & actual & " instead of " & expected
+    End If
+End Sub
+
+Dim app, line
+Set app = CreateObject("OrvBase0301.orvMain")
+Set line = app.CommandLine
+
+line.SetNewCommandLine "one ""two three"" four", True
+Check "count", line.Count, 3
+Check "item", line.Item(1), "two three"
+line.SetNewCommandLine "program argument", False
+Check "optional argument given", line.Count, 1
+line.SetNewCommandLine "argument"
+Check "optional argument left out", line.Count, 1
+Check "name without regard to case", line.COUNT, 1
+
+On Error Resume Next
+line.Item -2
+Check "error number", Err.Number, 9
+Check "error source", Err.Source, "OrvBase0301"
+Check "error has a description", Len(Err.Description) > 0, True
+Err.Clear
+app.LoadPictureEx "no such file"
+Check "missing file", Err.Number, 53
+Err.Clear
+app.FixFonts Nothing
+Check "unbuilt member", Err.Number, 445
+Err.Clear
+app.NoSuchMember
+Check "unknown member", Err.Number, 438
+Err.Clear
+CreateObject "OrvBase0301.CommandLineParser"
+Check "internal class can't be created", Err.Number <> 0, True
+Err.Clear
+On Error GoTo 0
+
+Check "Cyrillic text", Left(app.GetLoadPictureExFilter(), 9), "Картинки|"
+Check "pattern with cursors", InStr(app.GetLoadPictureExPattern(False, True), "*.CUR;") > 0, True
+
+Dim info
+Set info = CreateObject("OrvBase0301.PictureInfo")
+Check "new PictureInfo", info.GetPictureTypeName, "Nothing"
+Check "enumeration", info.PictureType, 0
+
+If failures = 0 Then WScript.Echo "script ended well"
