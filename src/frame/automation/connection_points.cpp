@@ -8,6 +8,43 @@
 namespace orvane::automation {
 namespace {
 
+// The arguments of an event as sinks get them: last first. By-reference ones point to a place that
+// each sink in turn reads and changes, typed as the event declares it, because hosts check that.
+class EventArguments {
+public:
+    EventArguments(const Member* event, std::span<Variant> arguments)
+        : originals_(arguments), places_(arguments.size()), given_(arguments.size()) {
+        for (std::size_t i = 0; i < arguments.size(); ++i) {
+            toVariant(places_[i], arguments[i]);
+            VARIANTARG& argument = given_[arguments.size() - 1 - i];
+            argument = places_[i];
+            if (!arguments[i].isReference()) continue;
+            const bool any = event == nullptr || event->parameters[i].type.type == VT_VARIANT;
+            argument.vt = static_cast<VARTYPE>(VT_BYREF | (any ? VARTYPE{VT_VARIANT} : argument.vt));
+            argument.byref = any ? static_cast<void*>(&places_[i]) : &places_[i].llVal;
+        }
+    }
+    ~EventArguments() {
+        for (VARIANT& place : places_) VariantClear(&place);
+    }
+    EventArguments(const EventArguments&) = delete;
+    EventArguments& operator=(const EventArguments&) = delete;
+
+    DISPPARAMS parameters() {
+        return {given_.data(), nullptr, static_cast<UINT>(given_.size()), 0};
+    }
+    void bringBack() {
+        for (std::size_t i = 0; i < places_.size(); ++i) {
+            if (originals_[i].isReference()) originals_[i].assign(fromVariant(places_[i]));
+        }
+    }
+
+private:
+    std::span<Variant> originals_;
+    std::vector<VARIANT> places_;
+    std::vector<VARIANTARG> given_;
+};
+
 struct Connection {
     IDispatch* sink;
     DWORD cookie;
@@ -97,12 +134,10 @@ public:
     void fire(DISPID event, std::span<Variant> arguments) {
         std::vector<Object> sinks;
         for (const Connection& each : connections_) sinks.emplace_back(each.sink);
-        std::vector<VARIANTARG> given(arguments.size());
-        for (std::size_t i = 0; i < arguments.size(); ++i) {
-            toVariant(given[arguments.size() - 1 - i], arguments[i]);
-        }
+        const auto declared = std::ranges::find(events_.events, event, &Member::id);
+        EventArguments given(declared == events_.events.end() ? nullptr : &*declared, arguments);
         for (const Object& sink : sinks) {
-            DISPPARAMS parameters{given.data(), nullptr, static_cast<UINT>(given.size()), 0};
+            DISPPARAMS parameters = given.parameters();
             EXCEPINFO exception{};
             static_cast<IDispatch*>(sink.unknown())
                 ->Invoke(event, GUID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
@@ -111,7 +146,7 @@ public:
             SysFreeString(exception.bstrDescription);
             SysFreeString(exception.bstrHelpFile);
         }
-        for (VARIANTARG& argument : given) VariantClear(&argument);
+        given.bringBack();
     }
 
 private:
