@@ -34,6 +34,11 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     endif()
 endif()
 
+if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    # The binary interface's own layout of a Variant has them.
+    list(APPEND orvane_warning_flags_cxx -Wno-gnu-anonymous-struct -Wno-nested-anon-types)
+endif()
+
 target_compile_options(orvane_warnings INTERFACE
     ${orvane_warning_flags}
     "$<$<COMPILE_LANGUAGE:CXX>:${orvane_warning_flags_cxx}>"
