@@ -38,6 +38,13 @@ std::pair<double, double> bestTimes(Ours&& ours, Theirs&& theirs, int runs = 7,
     return {best, peer};
 }
 
+/// A file of the build's `bin` folder, which lies beside the benchmarks' own.
+inline std::string builtFile(const char* program, const char* name) {
+    const std::string path(program);
+    const auto end = path.find_last_of("/\\");
+    return (end == std::string::npos ? std::string() : path.substr(0, end + 1)) + "../bin/" + name;
+}
+
 inline std::string readable(double nanoseconds) {
     char text[64];
     if (nanoseconds < 1e3) std::snprintf(text, sizeof text, "%.1f ns", nanoseconds);

@@ -189,10 +189,15 @@ T fallbackFor(const Parameter& parameter) {
     return T{};
 }
 
+/// Types that a VARIANT holds as they are in C++.
+template <class T>
+inline constexpr bool kPlainInVariant =
+    (std::is_arithmetic_v<T> && !std::is_same_v<T, bool>) || std::is_enum_v<T>;
+
 template <class T>
 T lateValue(const VARIANTARG* argument, const Parameter& parameter) {
     if (isMissing(argument)) return fallbackFor<T>(parameter);
-    if constexpr (std::is_arithmetic_v<T> && !std::is_same_v<T, bool>) {
+    if constexpr (kPlainInVariant<T>) {
         if (argument->vt == Cell<T>::type) {
             T value;
             std::memcpy(&value, &argument->llVal, sizeof value);
@@ -400,7 +405,7 @@ private:
 template <class R>
 void storeResult(VARIANT& out, R&& value) {
     using T = std::remove_cvref_t<R>;
-    if constexpr (std::is_arithmetic_v<T> && !std::is_same_v<T, bool>) {
+    if constexpr (kPlainInVariant<T>) {
         out.vt = Cell<T>::type;
         std::memcpy(&out.llVal, &value, sizeof value);
     } else if constexpr (std::is_same_v<T, Variant>) {
