@@ -11,7 +11,7 @@ namespace orvane {
 class CBackBitmap final : public BitmapHolder {
 public:
     /// Creates the section with `bits` per pixel; `palette` (null for none) is 256 entries of
-    /// blue, green, red and 0. A failure is not tested here: selecting the bitmap fails.
+    /// blue, green, red and 0. A failure is not tested.
     void Initialize(std::uint16_t bits, const std::uint32_t* palette);
 };
 
