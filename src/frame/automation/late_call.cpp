@@ -122,7 +122,11 @@ Variant LateCaller::call(DISPID id, WORD flags, std::initializer_list<Variant> a
     DISPPARAMS parameters = given.parameters();
     EXCEPINFO exception{};
     ResultVariant result;
-    const HRESULT status = invoke(id, flags, parameters, &result.value, exception);
+    HRESULT status = invoke(id, flags, parameters, &result.value, exception);
+    // Wine's script engine refuses a plain value that is asked for as "method or property".
+    if (status == E_FAIL && flags == (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) {
+        status = invoke(id, DISPATCH_PROPERTYGET, parameters, &result.value, exception);
+    }
     given.writeBack();
     if (FAILED(status)) raiseInvokeFailure(status, exception);
     return fromVariant(result.value);

@@ -24,7 +24,7 @@ Class ScriptObject
     End Sub
 End Class
 
-Dim items, each_, all
+Dim items, entry, all
 Set items = CreateObject("OrvTestComponent.TestItems")
 items.Add "first"
 items.Add 2
@@ -35,8 +35,8 @@ Check "item", items.Item(3), 2
 items(3) = "third"
 Check "assigned through the default member", items(3), "third"
 all = ""
-For Each each_ In items
-    all = all & each_ & ";"
+For Each entry In items
+    all = all & entry & ";"
 Next
 Check "For Each", all, "zero;first;third;"
 
@@ -68,7 +68,8 @@ Check "variable arguments", probe.TypesOf(1, "s"), "2 8"
 Check "enumeration", probe.NextShape, 7
 Dim numbers
 numbers = probe.Counted(3)
-Check "array result", UBound(numbers) & " " & numbers(3), "3 3"
+' Scripts can hand an array of Longs on, but not index it.
+Check "array result", VarType(numbers), 8195
 
 Dim mine
 Set mine = New ScriptObject
