@@ -118,6 +118,17 @@ bool removeTree(const std::wstring& path) {
     return RegDeleteKeyW(HKEY_CLASSES_ROOT, path.c_str()) == ERROR_SUCCESS && removed;
 }
 
+// The system fails to remove a type library that isn't registered.
+bool isTypeLibraryRegistered(const LibraryTable& library) {
+    const std::wstring path = L"TypeLib\\" + guidText(library.id) + L"\\" + versionText(library);
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) {
+        return false;
+    }
+    RegCloseKey(key);
+    return true;
+}
+
 HRESULT registerTypeLibrary(const std::wstring& path) {
     ITypeLib* library = nullptr;
     if (FAILED(LoadTypeLibEx(path.c_str(), REGKIND_NONE, &library))) {
@@ -161,11 +172,12 @@ HRESULT unregisterLibrary() try {
             removed = removeTree(aliasKey(alias)) && removed;
         }
     }
-    const HRESULT status =
-        UnRegisterTypeLib(library.id, library.major, library.minor, LANG_NEUTRAL, SYS_WIN32);
-    const bool gone = SUCCEEDED(status) || status == TYPE_E_REGISTRYACCESS;
-    if (!removed) return kSelfRegistrationOfClasses;
-    return gone ? S_OK : kSelfRegistrationOfTypeLibrary;
+    if (isTypeLibraryRegistered(library) &&
+        FAILED(UnRegisterTypeLib(library.id, library.major, library.minor, LANG_NEUTRAL,
+                                 SYS_WIN32))) {
+        return kSelfRegistrationOfTypeLibrary;
+    }
+    return removed ? S_OK : kSelfRegistrationOfClasses;
 } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;
 }
