@@ -14,6 +14,9 @@ namespace orvane::tool {
 
 namespace {
 
+/// A BMP's file header and its short header.
+constexpr std::size_t kBmpHeaders = 14 + 40;
+
 /// Runs calls of the library and turns what they raise into the tool's own error.
 template <class Calls>
 auto calling(Calls calls) {
@@ -43,15 +46,26 @@ PictureFacts factsOf(host::Library& library, _PictureInfo& info) {
     return facts;
 }
 
-/// Some systems save a picture in the form that it has in an object's stream: the file behind a
-/// mark and its length.
-std::vector<std::uint8_t> withoutStreamHeader(std::vector<std::uint8_t> bytes) {
+/// The BMP file in a picture's stream: there it follows 8 bytes, a mark and its length.
+std::vector<std::uint8_t> bmpOfStream(const std::vector<std::uint8_t>& stream) {
     constexpr std::array<std::uint8_t, 4> kMark = {'l', 't', 0, 0};
-    constexpr std::ptrdiff_t kHeader = 8;
-    if (bytes.size() > kHeader && std::equal(kMark.begin(), kMark.end(), bytes.begin())) {
-        bytes.erase(bytes.begin(), bytes.begin() + kHeader);
+    constexpr std::size_t kHeader = 8;
+    const bool isBmp = stream.size() > kHeader + kBmpHeaders &&
+                       std::equal(kMark.begin(), kMark.end(), stream.begin()) &&
+                       stream[kHeader] == 'B' && stream[kHeader + 1] == 'M';
+    if (!isBmp) throw Failure("the picture can't be saved as a bitmap");
+    return {stream.begin() + kHeader, stream.end()};
+}
+
+/// Wine announces channel masks for 32 bits and then leaves no room for them. The channels lie
+/// where they always do without masks.
+void repairMasks(std::vector<std::uint8_t>& bmp) {
+    constexpr std::size_t kPixels = 10;
+    constexpr std::size_t kDepth = 28;
+    constexpr std::size_t kCompression = 30;
+    if (bmp[kPixels] == kBmpHeaders && bmp[kPixels + 1] == 0 && bmp[kDepth] == 32) {
+        bmp[kCompression] = 0;
     }
-    return bytes;
 }
 
 }  // namespace
@@ -98,13 +112,14 @@ std::vector<std::uint8_t> bmpOf(const LoadedPicture& loaded) {
     // The system's own pictures keep the file that they come from and would save that.
     picture->put_KeepOriginalFormat(0);
     picture->PictureChanged();
+    // Not SaveAsFile: under Wine it writes the file that a picture comes from or nothing.
+    const auto persistent = loaded.picture.query<IPersistStream>(IID_IPersistStream);
     MemoryStream stream;
-    LONG size = 0;
-    if (FAILED(picture->SaveAsFile(&stream, -1, &size))) throw Failure("can't save the picture");
-    std::vector<std::uint8_t> bmp = withoutStreamHeader(stream.bytes());
-    if (bmp.size() < 2 || bmp[0] != 'B' || bmp[1] != 'M') {
-        throw Failure("the picture can't be saved as a bitmap");
+    if (!persistent || FAILED(persistent->Save(&stream, 0))) {
+        throw Failure("the picture can't be saved");
     }
+    std::vector<std::uint8_t> bmp = bmpOfStream(stream.bytes());
+    repairMasks(bmp);
     return bmp;
 }
 

@@ -14,12 +14,12 @@ namespace orvane::tool {
 
 namespace {
 
-/// The file of the library, found by an object's table of functions, which lies in it.
+/// The file of the library, found by the first function of an object's table.
 std::wstring fileOf(_orvMain& object) {
     HMODULE module = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
                            GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       *reinterpret_cast<const wchar_t* const*>(&object), &module);
+                       **reinterpret_cast<const wchar_t***>(&object), &module);
     std::wstring path(32768, L'\0');
     path.resize(GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size())));
     return path;

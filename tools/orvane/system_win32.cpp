@@ -174,7 +174,10 @@ bool isTerminal(Stream stream) {
 
 void writeToOutput(std::string_view text) {
     const DWORD error = writeTo(Stream::output, text);
-    if (error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA) throw ReaderGone();
+    // The second one comes from a pipe that is closing, the third one from Wine.
+    if (error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA || error == ERROR_PIPE_NOT_CONNECTED) {
+        throw ReaderGone();
+    }
     if (error != ERROR_SUCCESS) fail("standard output", error);
 }
 
