@@ -1,8 +1,8 @@
 #include "frame/binary_file.h"
 
-#include "frame/raised_error.h"
 #include "frame/values/codepage.h"
 #include "platform/kernel32.h"
+#include "support/raised_error.h"
 #include "support/recorder.h"
 #include "support/temp_dir.h"
 

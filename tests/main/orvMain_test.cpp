@@ -3,7 +3,7 @@
 #include "frame/automation/table.h"
 #include "pictures/LoadPictureEx.h"
 #include "support/modules.h"
-#include "support_functions/raised_error.h"
+#include "support/raised_error.h"
 
 #include <gtest/gtest.h>
 

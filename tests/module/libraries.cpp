@@ -21,7 +21,9 @@ bool isLoaded(const std::string& path) {
 
 #else
 
-std::string builtFile(const std::string& name) { return ORVANE_BIN_DIR "/" + name; }
+std::string builtFile(const std::string& name) {
+    return ORVANE_BIN_DIR "/" + name;
+}
 
 TheComponent::TheComponent() : Library(builtFile("libOrvTestComponent.so")) {}
 

@@ -107,26 +107,34 @@ std::string referredName(ITypeInfo& info, HREFTYPE reference) {
 
 std::string typeText(ITypeInfo& info, const TYPEDESC& type) {
     switch (type.vt) {
-        case VT_PTR: return typeText(info, *type.lptdesc) + "*";
-        case VT_SAFEARRAY: return "array(" + typeText(info, *type.lptdesc) + ")";
-        case VT_USERDEFINED: return referredName(info, type.hreftype);
-        default: return joined("vt", type.vt);
+    case VT_PTR:
+        return typeText(info, *type.lptdesc) + "*";
+    case VT_SAFEARRAY:
+        return "array(" + typeText(info, *type.lptdesc) + ")";
+    case VT_USERDEFINED:
+        return referredName(info, type.hreftype);
+    default:
+        return joined("vt", type.vt);
     }
 }
 
 std::string valueText(const VARIANT& value) {
     switch (value.vt) {
-        case VT_BSTR: return joined('"', utf8Of(host::viewOf(value.bstrVal)), '"');
-        case VT_BOOL: return joined("vt11 ", value.boolVal);
-        case VT_I2: return joined("vt2 ", value.iVal);
-        default: return joined("vt", value.vt, ' ', value.lVal);
+    case VT_BSTR:
+        return joined('"', utf8Of(host::viewOf(value.bstrVal)), '"');
+    case VT_BOOL:
+        return joined("vt11 ", value.boolVal);
+    case VT_I2:
+        return joined("vt2 ", value.iVal);
+    default:
+        return joined("vt", value.vt, ' ', value.lVal);
     }
 }
 
 std::string parameterText(ITypeInfo& info, const ELEMDESC& parameter, const std::string& name) {
-    std::string text = joined("    ", name.empty() ? std::string("-") : name, ": ",
-                              typeText(info, parameter.tdesc), " flags ",
-                              hex(parameter.paramdesc.wParamFlags));
+    std::string text =
+        joined("    ", name.empty() ? std::string("-") : name, ": ",
+               typeText(info, parameter.tdesc), " flags ", hex(parameter.paramdesc.wParamFlags));
     if ((parameter.paramdesc.wParamFlags & PARAMFLAG_FHASDEFAULT) != 0) {
         text += " = " + valueText(parameter.paramdesc.pparamdescex->varDefaultValue);
     }
@@ -187,19 +195,21 @@ std::string implementedText(ITypeInfo& info, UINT index) {
 std::string typeInfoText(ITypeInfo& info) {
     TYPEATTR* attributes = nullptr;
     check(info.GetTypeAttr(&attributes), "GetTypeAttr");
-    std::string text =
-        joined(nameOf(info, MEMBERID_NIL), ' ', guidText(attributes->guid), " kind ",
-               attributes->typekind, " flags ", hex(attributes->wTypeFlags), " version ",
-               attributes->wMajorVerNum, '.', attributes->wMinorVerNum, " functions ",
-               attributes->cFuncs, " constants ", attributes->cVars, " parents ",
-               attributes->cImplTypes, " slots ", attributes->cbSizeVft / sizeof(void*),
-               helpOf(info, MEMBERID_NIL), '\n');
+    std::string text = joined(
+        nameOf(info, MEMBERID_NIL), ' ', guidText(attributes->guid), " kind ", attributes->typekind,
+        " flags ", hex(attributes->wTypeFlags), " version ", attributes->wMajorVerNum, '.',
+        attributes->wMinorVerNum, " functions ", attributes->cFuncs, " constants ",
+        attributes->cVars, " parents ", attributes->cImplTypes, " slots ",
+        attributes->cbSizeVft / sizeof(void*), helpOf(info, MEMBERID_NIL), '\n');
     if (attributes->typekind == TKIND_ALIAS) {
         text += joined("  stands for ", typeText(info, attributes->tdescAlias), '\n');
     }
-    for (UINT i = 0; i < attributes->cImplTypes; ++i) text += implementedText(info, i);
-    for (UINT i = 0; i < attributes->cFuncs; ++i) text += functionText(info, i);
-    for (UINT i = 0; i < attributes->cVars; ++i) text += variableText(info, i);
+    for (UINT i = 0; i < attributes->cImplTypes; ++i)
+        text += implementedText(info, i);
+    for (UINT i = 0; i < attributes->cFuncs; ++i)
+        text += functionText(info, i);
+    for (UINT i = 0; i < attributes->cVars; ++i)
+        text += variableText(info, i);
     info.ReleaseTypeAttr(attributes);
     return text;
 }
@@ -223,7 +233,8 @@ std::string typeLibraryText(ITypeLib& library) {
         types.push_back(typeInfoText(*info.pointer));
     }
     std::ranges::sort(types);
-    for (const std::string& type : types) text += type;
+    for (const std::string& type : types)
+        text += type;
     return text;
 }
 

@@ -8,9 +8,9 @@
 #include "platform/host_runtime.h"
 #include "platform/tables.h"
 #include "support/file_names.h"
+#include "support/raised_error.h"
 #include "support/recorder.h"
 #include "support/temp_dir.h"
-#include "support_functions/raised_error.h"
 #include "utilities/CommandLineParser.h"
 
 #include <gtest/gtest.h>

@@ -8,9 +8,9 @@
 #include "pictures/raised_failure.h"
 #include "pictures/targa_file.h"
 #include "platform/tables.h"
+#include "support/raised_error.h"
 #include "support/recorder.h"
 #include "support/temp_dir.h"
-#include "support_functions/raised_error.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include "frame/automation/host_picture.h"
 #include "pictures/CFileCommon.h"
 #include "pictures/CFileTGA.h"
-#include "support_functions/raised_error.h"
+#include "support/raised_error.h"
 
 #include <gtest/gtest.h>
 

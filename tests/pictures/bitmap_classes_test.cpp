@@ -5,8 +5,8 @@
 #include "pictures/picture_pixels.h"
 #include "pictures/raised_failure.h"
 #include "platform/oleaut32.h"
+#include "support/raised_error.h"
 #include "support/recorder.h"
-#include "support_functions/raised_error.h"
 
 #include <gtest/gtest.h>
 

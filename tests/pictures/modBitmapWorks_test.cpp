@@ -4,10 +4,10 @@
 #include "pictures/picture_pixels.h"
 #include "pictures/raised_failure.h"
 #include "platform/tables.h"
+#include "support/raised_error.h"
 #include "support/recorder.h"
 #include "support/temp_dir.h"
 #include "support/torture.h"
-#include "support_functions/raised_error.h"
 
 #include <gtest/gtest.h>
 

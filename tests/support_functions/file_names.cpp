@@ -4,7 +4,7 @@
 #include "frame/values/codepage.h"
 #include "platform/kernel32.h"
 #include "platform/paths.h"
-#include "raised_error.h"
+#include "support/raised_error.h"
 #include "support/recorder.h"
 #include "support/temp_dir.h"
 

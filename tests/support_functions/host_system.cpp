@@ -2,7 +2,7 @@
 
 #include "frame/binary_file.h"
 #include "platform/kernel32.h"
-#include "raised_error.h"
+#include "support/raised_error.h"
 #include "support/recorder.h"
 
 #include <gtest/gtest.h>

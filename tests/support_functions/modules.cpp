@@ -2,8 +2,8 @@
 
 #include "frame/binary_file.h"
 #include "platform/kernel32.h"
-#include "raised_error.h"
 #include "support/file_names.h"
+#include "support/raised_error.h"
 #include "support/recorder.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 
 #include "platform/gdi32.h"
 #include "platform/oleaut32.h"
-#include "raised_error.h"
+#include "support/raised_error.h"
 #include "support/recorder.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "support/versions.h"
 
-#include "raised_error.h"
+#include "support/raised_error.h"
 
 #include <gtest/gtest.h>
 

@@ -2,8 +2,8 @@
 
 #include "platform/kernel32.h"
 #include "support/modules.h"
+#include "support/raised_error.h"
 #include "support/recorder.h"
-#include "support_functions/raised_error.h"
 
 #include <gtest/gtest.h>
 

@@ -31,8 +31,8 @@ public:
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
         return E_NOTIMPL;
     }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*,
-                                     EXCEPINFO* exception, UINT*) override {
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters,
+                                     VARIANT*, EXCEPINFO* exception, UINT*) override {
         heard.push_back(id);
         times.push_back(parameters->rgvarg[1].lVal);
         text = std::u16string(automation::viewOf(parameters->rgvarg[0].bstrVal));
@@ -54,8 +54,9 @@ class Events : public testing::Test {
 protected:
     void SetUp() override {
         void* found = nullptr;
-        ASSERT_EQ(sample_->defaultInterface()->QueryInterface(IID_IConnectionPointContainer, &found),
-                  S_OK);
+        ASSERT_EQ(
+            sample_->defaultInterface()->QueryInterface(IID_IConnectionPointContainer, &found),
+            S_OK);
         auto* container = static_cast<IConnectionPointContainer*>(found);
         ASSERT_EQ(container->FindConnectionPoint(kEventInterface, &point_), S_OK);
         container->Release();

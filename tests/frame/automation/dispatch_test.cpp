@@ -82,8 +82,9 @@ TEST_F(Dispatch, AnOptionalVariantThatIsLeftOutIsMissing) {
 
 TEST_F(Dispatch, AnArgumentWithADefaultIsNeverMissing) {
     HostVariant anything(Variant(u"x"));
-    const auto result = call(object_, u"Defaults", {missingArgument(), missingArgument(),
-                                                    missingArgument(), anything.value});
+    const auto result =
+        call(object_, u"Defaults",
+             {missingArgument(), missingArgument(), missingArgument(), anything.value});
     EXPECT_EQ(*result.value.as<WString>(), u"d42Tgiven");
 }
 
@@ -173,9 +174,9 @@ TEST_F(Dispatch, ArgumentsForAMethodWithoutParametersAndWithoutAnObjectAreTooMan
 
 TEST_F(Dispatch, TheDefaultMemberHasIdentifierZero) {
     EXPECT_EQ(idOf(object_, u"Item"), DISPID_VALUE);
-    EXPECT_EQ(*invoke(object_, DISPID_VALUE, DISPATCH_PROPERTYGET, {longArgument(0)})
-                   .value.as<WString>(),
-              u"zero");
+    EXPECT_EQ(
+        *invoke(object_, DISPID_VALUE, DISPATCH_PROPERTYGET, {longArgument(0)}).value.as<WString>(),
+        u"zero");
 }
 
 TEST_F(Dispatch, WritesBackThroughATypedReference) {
@@ -388,7 +389,8 @@ TEST_F(Dispatch, EnumeratesThroughNewEnum) {
     EXPECT_EQ(values->Reset(), S_OK);
     EXPECT_EQ(values->Skip(2), S_OK);
     EXPECT_EQ(rest->Skip(1), S_OK);
-    for (VARIANT& each : fetched) VariantClear(&each);
+    for (VARIANT& each : fetched)
+        VariantClear(&each);
     rest->Release();
     values->Release();
 }

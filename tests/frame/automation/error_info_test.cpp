@@ -9,7 +9,9 @@
 namespace orvane::automation {
 namespace {
 
-std::uint32_t bits(HRESULT status) { return static_cast<std::uint32_t>(status); }
+std::uint32_t bits(HRESULT status) {
+    return static_cast<std::uint32_t>(status);
+}
 
 TEST(ErrorInfo, NumbersUpTo65535CrossInTheControlFacility) {
     EXPECT_EQ(bits(statusOf(1)), 0x800A0001U);

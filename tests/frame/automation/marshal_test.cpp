@@ -9,7 +9,9 @@ namespace {
 
 using test::HostVariant;
 
-Variant throughVariant(const Variant& value) { return HostVariant(value).content(); }
+Variant throughVariant(const Variant& value) {
+    return HostVariant(value).content();
+}
 
 TEST(Marshal, ANullTextStaysNullAndAnEmptyOneEmpty) {
     EXPECT_TRUE(throughVariant(Variant(WString())).as<WString>()->isNull());
@@ -80,7 +82,8 @@ TEST(Marshal, ArraysOfBooleansVariantsAndObjectsKeepTheirElements) {
         Variant(Array<Variant>::of({Variant(u"x"), Variant::null(), Variant(std::int32_t{7})})));
     EXPECT_EQ(mixed.asArray<Variant>()->at(1).type(), VarType::Null);
     EXPECT_EQ(*mixed.asArray<Variant>()->at(2).as<std::int32_t>(), 7);
-    const Variant objects = throughVariant(Variant(Array<Object>::of({sample->asObject(), Object()})));
+    const Variant objects =
+        throughVariant(Variant(Array<Object>::of({sample->asObject(), Object()})));
     EXPECT_TRUE(objects.asArray<Object>()->at(0).is(sample->asObject()));
     EXPECT_TRUE(objects.asArray<Object>()->at(1).isNothing());
 }

@@ -81,7 +81,9 @@ TEST_F(LateBound, AnErrorOfTheObjectComesThroughUnchanged) {
 }
 
 TEST_F(LateBound, AnArgumentThatDoesNotFitRaises13) {
-    EXPECT_EQ(raisedBy([&] { object_.call(u"Add", {Variant(u"x"), Variant(u"y")}); }),
+    EXPECT_EQ(raisedBy([&] {
+                  object_.call(u"Add", {Variant(u"x"), Variant(u"y")});
+              }),
               error::kTypeMismatch);
 }
 
@@ -118,8 +120,9 @@ TEST_F(LateBound, AnObjectConvertsThroughItsDefaultMember) {
 
 TEST_F(LateBound, CallsBackIntoAnObjectByName) {
     const Ref<Sample> other = make<Sample>();
-    EXPECT_EQ(*object_.call(u"CallBack", {Variant(other->asObject()), Variant(u"Item"),
-                                          Variant(std::int32_t{2})})
+    EXPECT_EQ(*object_
+                   .call(u"CallBack",
+                         {Variant(other->asObject()), Variant(u"Item"), Variant(std::int32_t{2})})
                    .as<WString>(),
               u"two");
 }

@@ -88,19 +88,28 @@ const automation::ClassTable& Sample::table() {
     return table;
 }
 
-Sample::Sample() : AutomationObject(table()) { ++alive; }
+Sample::Sample() : AutomationObject(table()) {
+    ++alive;
+}
 
-Sample::~Sample() { --alive; }
+Sample::~Sample() {
+    --alive;
+}
 
-std::int16_t Sample::NextInteger(std::int16_t value) { return static_cast<std::int16_t>(value + 1); }
+std::int16_t Sample::NextInteger(std::int16_t value) {
+    return static_cast<std::int16_t>(value + 1);
+}
 
-WString Sample::Join(WStringView first, WStringView second) { return WString(first) + second; }
+WString Sample::Join(WStringView first, WStringView second) {
+    return WString(first) + second;
+}
 
 std::int32_t Sample::KindOf(const Variant& value) {
     return value.isMissing() ? -1 : static_cast<std::int32_t>(value.type());
 }
 
-WString Sample::Defaults(WStringView text, std::int32_t number, bool flag, const Variant& anything) {
+WString Sample::Defaults(WStringView text, std::int32_t number, bool flag,
+                         const Variant& anything) {
     return WString(text) + longToText(number).view() + (flag ? u"T" : u"F") +
            (anything.isMissing() ? u"missing" : u"given");
 }
@@ -134,7 +143,8 @@ void Sample::Resize(Array<std::int32_t>& numbers) {
 }
 
 void Sample::Upper(Array<WString>& texts) {
-    for (WString& each : texts.elements()) each = uCase(each);
+    for (WString& each : texts.elements())
+        each = uCase(each);
 }
 
 std::int32_t Sample::CountArguments(automation::ArgumentList& arguments) {
@@ -144,7 +154,9 @@ std::int32_t Sample::CountArguments(automation::ArgumentList& arguments) {
     return static_cast<std::int32_t>(arguments.values.size());
 }
 
-Array<WString> Sample::Words() { return split(u"alpha beta", u" "); }
+Array<WString> Sample::Words() {
+    return split(u"alpha beta", u" ");
+}
 
 void Sample::Fail(std::int32_t number, WStringView description) {
     RuntimeError failure(number, WString(description));
@@ -153,7 +165,9 @@ void Sample::Fail(std::int32_t number, WStringView description) {
     throw failure;
 }
 
-void Sample::FailForeign() { throw std::runtime_error("not one of ours"); }
+void Sample::FailForeign() {
+    throw std::runtime_error("not one of ours");
+}
 
 WString Sample::Item(const Variant& index) {
     const auto place = static_cast<std::size_t>(toLong(index));
@@ -167,11 +181,14 @@ void Sample::setItem(const Variant& index, WStringView text) {
 
 Object Sample::NewEnum() {
     std::vector<Variant> values;
-    for (const WString& item : items_) values.emplace_back(item);
+    for (const WString& item : items_)
+        values.emplace_back(item);
     return automation::newEnumeration(std::move(values));
 }
 
-Ref<Sample> Sample::Items() { return Ref<Sample>(this); }
+Ref<Sample> Sample::Items() {
+    return Ref<Sample>(this);
+}
 
 void Sample::Ring(std::int32_t times) {
     Variant arguments[] = {Variant(times), Variant(u"ding")};

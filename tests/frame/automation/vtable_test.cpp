@@ -9,7 +9,8 @@ using Header = automation::InterfaceHeader;
 
 /// Calls a slot as an early-bound host does: by its place in the vtable.
 template <class... Arguments>
-HRESULT slot(Sample& sample, const char* name, automation::MemberKind kind, Arguments... arguments) {
+HRESULT slot(Sample& sample, const char* name, automation::MemberKind kind,
+             Arguments... arguments) {
     const auto& members = Sample::table().members;
     for (std::size_t i = 0; i < members.size(); ++i) {
         if (std::string_view(members[i].name) != name || members[i].kind != kind) continue;
@@ -169,7 +170,8 @@ TEST_F(Vtable, ObjectsAreCountedByTheirReferences) {
 
 TEST_F(Vtable, AnswersItsInterfacesAndNoOther) {
     IUnknown* unknown = sample_->defaultInterface();
-    for (const IID& iid : {IID_IUnknown, IID_IDispatch, Sample::table().interfaceId, kAliasInterface}) {
+    for (const IID& iid :
+         {IID_IUnknown, IID_IDispatch, Sample::table().interfaceId, kAliasInterface}) {
         void* found = nullptr;
         EXPECT_EQ(unknown->QueryInterface(iid, &found), S_OK);
         EXPECT_EQ(found, unknown);

@@ -1,8 +1,8 @@
 #include "frame/values/collection.h"
 
-#include "frame/raised_error.h"
 #include "frame/values/conversions.h"
 #include "frame/values/text.h"
+#include "support/raised_error.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "frame/values/text.h"
 
-#include "frame/raised_error.h"
 #include "platform/kernel32.h"
+#include "support/raised_error.h"
 
 #include <gtest/gtest.h>
 

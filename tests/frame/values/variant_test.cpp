@@ -1,6 +1,6 @@
 #include "frame/values/variant.h"
 
-#include "frame/raised_error.h"
+#include "support/raised_error.h"
 
 #include <gtest/gtest.h>
 

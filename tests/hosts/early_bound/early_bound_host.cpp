@@ -71,8 +71,8 @@ void checkPictures(Library& library, _orvMain& app, Arguments& given) {
     Pointer<IPictureDisp> picture;
     library.check(app.LoadPictureEx(Text(u""), info.place(), picture.receive()));
     expect(picture && !info, "an empty name gives an empty picture and no information");
-    expect(errorOf(library, app.LoadPictureEx(Text(u"no such file"), info.place(),
-                                              picture.receive())) == 53,
+    expect(errorOf(library,
+                   app.LoadPictureEx(Text(u"no such file"), info.place(), picture.receive())) == 53,
            "LoadPictureEx raises 53 for a missing file");
     VARIANT name{};
     VARIANT place{};
@@ -92,8 +92,8 @@ void checkPictures(Library& library, _orvMain& app, Arguments& given) {
     expect(filter == u"*.BMP;*.DIB;*.RLE;*.JPG;*.JPE;*.JPEG;*.GIF;*.ICO;*.PNG;*.PSD;*.PCX;*.TGA;"
                      u"*.TIF;*.TIFF",
            "GetLoadPictureExPattern with icons");
-    expect(errorOf(library, app.LoadResPictureByData(&given.array, info.place(),
-                                                     picture.receive())) != 0,
+    expect(errorOf(library,
+                   app.LoadResPictureByData(&given.array, info.place(), picture.receive())) != 0,
            "LoadResPictureByData of no data raises an error");
 }
 

@@ -9,8 +9,7 @@ using automation::optional;
 
 const automation::EnumTable& enumTable(TestShape) {
     static const automation::EnumTable& table = automation::permanent<automation::EnumTable>([] {
-        return automation::EnumTable{"TestShape",
-                                     {{"tsNone", 0}, {"tsRound", 1}, {"tsSquare", 7}}};
+        return automation::EnumTable{"TestShape", {{"tsNone", 0}, {"tsRound", 1}, {"tsSquare", 7}}};
     });
     return table;
 }
@@ -35,11 +34,9 @@ const automation::ClassTable& TestProbe::table() {
             .method<&TestProbe::ChangeObject>("ChangeObject", {"Value"})
             .method<&TestProbe::ChangeLongs>("ChangeLongs", {"Values"})
             .method<&TestProbe::ChangeTexts>("ChangeTexts", {"Values"})
-            .method<&TestProbe::Join>("Join", {"First",
-                                               {"Second", 7},
-                                               optional("Third"),
-                                               {"Fourth", u"хвост"},
-                                               {"Upper", false}})
+            .method<&TestProbe::Join>(
+                "Join",
+                {"First", {"Second", 7}, optional("Third"), {"Fourth", u"хвост"}, {"Upper", false}})
             .help(u"Соединяет значения.")
             .method<&TestProbe::TypesOf>("TypesOf", {"Values"})
             .method<&TestProbe::Counted>("Counted", {"Count"})
@@ -65,11 +62,13 @@ void TestProbe::ChangeItems(Ref<TestItems>& items) {
 
 void TestProbe::ChangeLongs(Array<std::int32_t>& values) {
     if (!values.isAllocated()) values = Array<std::int32_t>(1, 3);
-    for (std::int32_t& value : values.elements()) ++value;
+    for (std::int32_t& value : values.elements())
+        ++value;
 }
 
 void TestProbe::ChangeTexts(Array<WString>& values) {
-    for (WString& value : values.elements()) value += u"!";
+    for (WString& value : values.elements())
+        value += u"!";
 }
 
 WString TestProbe::Join(WStringView first, std::int32_t second, const Variant& third,
@@ -96,15 +95,19 @@ WString TestProbe::TypesOf(automation::ArgumentList& values) {
 
 Array<std::int32_t> TestProbe::Counted(std::int32_t count) {
     Array<std::int32_t> values(1, count);
-    for (std::int32_t i = 1; i <= count; ++i) values.at(i) = i;
+    for (std::int32_t i = 1; i <= count; ++i)
+        values.at(i) = i;
     return values;
 }
 
 TestShape TestProbe::NextShape(TestShape shape) {
     switch (shape) {
-        case TestShape::tsNone: return TestShape::tsRound;
-        case TestShape::tsRound: return TestShape::tsSquare;
-        default: return TestShape::tsNone;
+    case TestShape::tsNone:
+        return TestShape::tsRound;
+    case TestShape::tsRound:
+        return TestShape::tsSquare;
+    default:
+        return TestShape::tsNone;
     }
 }
 
