@@ -18,7 +18,8 @@ double bestTime(Action&& action, int runs = 7, int repetitions = 1) {
     double best = 1e300;
     for (int run = 0; run < runs; ++run) {
         const auto start = Clock::now();
-        for (int i = 0; i < repetitions; ++i) action();
+        for (int i = 0; i < repetitions; ++i)
+            action();
         const double time = std::chrono::duration<double, std::nano>(Clock::now() - start).count();
         best = std::min(best, time / repetitions);
     }

@@ -17,7 +17,7 @@ constexpr int kCalls = 1000000;
 /// The peer of an early-bound call: a virtual call that the compiler can't see through.
 struct Plain {
     [[gnu::noinline]] virtual std::int32_t STDMETHODCALLTYPE nextShape(std::int32_t shape,
-                                                                      std::int32_t* next) {
+                                                                       std::int32_t* next) {
         *next = shape + 1;
         return 0;
     }
@@ -29,7 +29,8 @@ struct LateCall {
         const char16_t* name = u"NextShape";
         void* units = const_cast<char16_t*>(name);
         auto* text = static_cast<LPOLESTR>(units);
-        if (target.GetIDsOfNames(GUID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id) != S_OK) std::exit(1);
+        if (target.GetIDsOfNames(GUID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id) != S_OK)
+            std::exit(1);
         argument.vt = VT_I4;
         argument.lVal = 1;
     }

@@ -27,12 +27,13 @@ void loadPeer() {
 
 void printForeignLibraries() {
     std::ifstream maps("/proc/self/maps");
-    const char* const forbidden[] = {"libjpeg", "libgif", "libpng", "libtiff", "libX11", "libQt",
-                                     "OrvanePictures"};
+    const char* const forbidden[] = {"libjpeg", "libgif", "libpng",        "libtiff",
+                                     "libX11",  "libQt",  "OrvanePictures"};
     std::string line;
     int found = 0;
     while (std::getline(maps, line)) {
-        for (const char* name : forbidden) found += line.find(name) != std::string::npos ? 1 : 0;
+        for (const char* name : forbidden)
+            found += line.find(name) != std::string::npos ? 1 : 0;
     }
     std::printf("imaging and window libraries in memory with orvMain alive: %d\n", found);
 }

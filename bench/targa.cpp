@@ -53,13 +53,15 @@ constexpr Variant kVariants[] = {
 
 void appendRunLengthRow(std::string& out, std::mt19937& random, int bytes) {
     const auto pixel = [&] {
-        for (int i = 0; i < bytes; ++i) out += static_cast<char>(random() & 0xFF);
+        for (int i = 0; i < bytes; ++i)
+            out += static_cast<char>(random() & 0xFF);
     };
     for (int x = 0; x < kSize;) {
         const int count = std::min(kSize - x, static_cast<int>(random() % 60 + 1));
         const bool run = random() % 2 == 0;
         out += static_cast<char>((run ? 0x80 : 0) | (count - 1));
-        for (int i = 0; i < (run ? 1 : count); ++i) pixel();
+        for (int i = 0; i < (run ? 1 : count); ++i)
+            pixel();
         x += count;
     }
 }

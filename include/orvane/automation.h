@@ -79,14 +79,24 @@ using REFGUID = const GUID&;
 using REFIID = const IID&;
 using REFCLSID = const CLSID&;
 
-inline bool operator==(REFGUID a, REFGUID b) { return std::memcmp(&a, &b, sizeof(GUID)) == 0; }
-inline bool IsEqualGUID(REFGUID a, REFGUID b) { return a == b; }
+inline bool operator==(REFGUID a, REFGUID b) {
+    return std::memcmp(&a, &b, sizeof(GUID)) == 0;
+}
+inline bool IsEqualGUID(REFGUID a, REFGUID b) {
+    return a == b;
+}
 
 inline constexpr GUID GUID_NULL = {};
 
-inline constexpr HRESULT hresultFrom(std::uint32_t bits) { return static_cast<HRESULT>(bits); }
-inline constexpr bool SUCCEEDED(HRESULT result) { return result >= 0; }
-inline constexpr bool FAILED(HRESULT result) { return result < 0; }
+inline constexpr HRESULT hresultFrom(std::uint32_t bits) {
+    return static_cast<HRESULT>(bits);
+}
+inline constexpr bool SUCCEEDED(HRESULT result) {
+    return result >= 0;
+}
+inline constexpr bool FAILED(HRESULT result) {
+    return result < 0;
+}
 
 inline constexpr HRESULT S_OK = 0;
 inline constexpr HRESULT S_FALSE = 1;
@@ -518,7 +528,13 @@ enum TYPEKIND {
     TKIND_ALIAS = 6,
     TKIND_UNION = 7
 };
-enum FUNCKIND { FUNC_VIRTUAL = 0, FUNC_PUREVIRTUAL = 1, FUNC_NONVIRTUAL = 2, FUNC_STATIC = 3, FUNC_DISPATCH = 4 };
+enum FUNCKIND {
+    FUNC_VIRTUAL = 0,
+    FUNC_PUREVIRTUAL = 1,
+    FUNC_NONVIRTUAL = 2,
+    FUNC_STATIC = 3,
+    FUNC_DISPATCH = 4
+};
 enum INVOKEKIND {
     INVOKE_FUNC = 1,
     INVOKE_PROPERTYGET = 2,
@@ -717,7 +733,8 @@ struct IOrvaneRuntime : IUnknown {
     virtual HRESULT GetError(IErrorInfo** info) = 0;
     /// The library's type information, with its name, version and help string.
     virtual HRESULT GetTypeLibrary(ITypeLib** library) = 0;
-    /// The file version in four parts (3, 1, 0, 251) and as text ("3.01.0251"; freed by the caller).
+    /// The file version in four parts (3, 1, 0, 251) and as text ("3.01.0251"; freed by the
+    /// caller).
     virtual HRESULT GetVersion(USHORT parts[4], BSTR* text) = 0;
 };
 inline constexpr IID IID_IOrvaneRuntime = {

@@ -202,7 +202,8 @@ public:
         // What other threads left behind can't be released here.
         for (auto& each : globals_) {
             if (each.first.first != std::this_thread::get_id()) {
-                [[maybe_unused]] IDispatch* const left = std::exchange(*each.second.place(), nullptr);
+                [[maybe_unused]] IDispatch* const left =
+                    std::exchange(*each.second.place(), nullptr);
             }
         }
         globals_.clear();
@@ -276,12 +277,20 @@ public:
 
 #ifdef _WIN32
     static constexpr const char* kDefaultName = "OrvaneBase0301.DLL";
-    HRESULT errorInfo(IErrorInfo** info) { return GetErrorInfo(0, info); }
-    HRESULT clear(VARIANT* value) { return VariantClear(value); }
+    HRESULT errorInfo(IErrorInfo** info) {
+        return GetErrorInfo(0, info);
+    }
+    HRESULT clear(VARIANT* value) {
+        return VariantClear(value);
+    }
 #else
     static constexpr const char* kDefaultName = "libOrvaneBase0301.so";
-    HRESULT errorInfo(IErrorInfo** info) { return runtime()->GetError(info); }
-    HRESULT clear(VARIANT* value) { return runtime()->ClearVariant(value); }
+    HRESULT errorInfo(IErrorInfo** info) {
+        return runtime()->GetError(info);
+    }
+    HRESULT clear(VARIANT* value) {
+        return runtime()->ClearVariant(value);
+    }
     /// Strings, arrays and values, through the factory of `classId` or of the class used last.
     Pointer<IOrvaneRuntime> runtime(REFCLSID classId) {
         void* found = nullptr;
@@ -290,7 +299,9 @@ public:
         }
         return Pointer<IOrvaneRuntime>::adopt(static_cast<IOrvaneRuntime*>(found));
     }
-    Pointer<IOrvaneRuntime> runtime() { return runtime(usedClass_); }
+    Pointer<IOrvaneRuntime> runtime() {
+        return runtime(usedClass_);
+    }
 #endif
 
 private:
@@ -311,8 +322,8 @@ private:
 
 #ifdef _WIN32
     static std::wstring wide(const std::string& text) {
-        const int size = MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
-                                             nullptr, 0);
+        const int size =
+            MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
         std::wstring result(static_cast<std::size_t>(size), L'\0');
         MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), result.data(),
                             size);
@@ -339,16 +350,20 @@ private:
         module_ = LoadLibraryW(wide(path).c_str());
         if (module_ == nullptr) throw LoadError("can't load " + path);
     }
-    void close() { FreeLibrary(module_); }
+    void close() {
+        FreeLibrary(module_);
+    }
     template <class Function>
     Function entry(const char* name) const {
-        return reinterpret_cast<Function>(reinterpret_cast<void (*)()>(GetProcAddress(module_, name)));
+        return reinterpret_cast<Function>(
+            reinterpret_cast<void (*)()>(GetProcAddress(module_, name)));
     }
 
     HMODULE module_ = nullptr;
 #else
     static std::string defaultPath(const char* name) {
-        if (const char* set = std::getenv("ORVANE_LIBRARY"); set != nullptr && *set != 0) return set;
+        if (const char* set = std::getenv("ORVANE_LIBRARY"); set != nullptr && *set != 0)
+            return set;
         std::string program(4096, '\0');
         const auto size = readlink("/proc/self/exe", program.data(), program.size());
         program.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
@@ -358,7 +373,9 @@ private:
         module_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
         if (module_ == nullptr) throw LoadError(dlerror());
     }
-    void close() { dlclose(module_); }
+    void close() {
+        dlclose(module_);
+    }
     template <class Function>
     Function entry(const char* name) const {
         return reinterpret_cast<Function>(dlsym(module_, name));

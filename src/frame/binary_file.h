@@ -36,7 +36,8 @@ public:
 
     /// Opens a file at position 1. The name crosses to the platform in the ANSI code page. Raises
     /// 53 when the file to read isn't there, 76 for a folder that isn't there, 75 and 70 when
-    /// access is refused, 58 when the file to create is there already, 52 for an impossible name, 55 when this object has a file open.
+    /// access is refused, 58 when the file to create is there already, 52 for an impossible name,
+    /// 55 when this object has a file open.
     void open(WStringView name, FileMode mode);
     bool isOpen() const { return handle_ != platform::FileHandle::none; }
     /// Closes the file; nothing happens when none is open.

@@ -8,13 +8,17 @@ namespace {
 
 constinit automation::ApartmentState<Ref<CommandLineParser>> cachedParser;
 
-[[noreturn]] void notCarriedOut() { raise(error::kActionNotSupported); }
+[[noreturn]] void notCarriedOut() {
+    raise(error::kActionNotSupported);
+}
 
 }  // namespace
 
 orvMain::orvMain() : AutomationObject(table()) {}
 
-orvMain::~orvMain() { cachedParser.drop(apartment()); }
+orvMain::~orvMain() {
+    cachedParser.drop(apartment());
+}
 
 Ref<CommandLineParser> orvMain::CommandLine() {
     Ref<CommandLineParser>& parser = cachedParser.get();
@@ -44,11 +48,17 @@ Picture orvMain::LoadResPictureByData(Array<std::uint8_t>& resourceData, Ref<Pic
     return orvane::LoadResPictureByData(resourceData, info);
 }
 
-Array<WString> orvMain::ArrayBSTR(automation::ArgumentList&) { notCarriedOut(); }
+Array<WString> orvMain::ArrayBSTR(automation::ArgumentList&) {
+    notCarriedOut();
+}
 
-Array<std::int32_t> orvMain::ArrayLong(automation::ArgumentList&) { notCarriedOut(); }
+Array<std::int32_t> orvMain::ArrayLong(automation::ArgumentList&) {
+    notCarriedOut();
+}
 
-void orvMain::ShowMSAboutBox(const Object&) { notCarriedOut(); }
+void orvMain::ShowMSAboutBox(const Object&) {
+    notCarriedOut();
+}
 
 void orvMain::ShowAboutBox(const Object&, const Object&, WStringView, const Picture&, WStringView) {
     notCarriedOut();
@@ -65,13 +75,21 @@ void orvMain::ShowAboutBoxEx(WStringView, const Picture&, const Picture&, std::i
     notCarriedOut();
 }
 
-bool orvMain::AddTextBoxInsertHook(const Object&) { notCarriedOut(); }
+bool orvMain::AddTextBoxInsertHook(const Object&) {
+    notCarriedOut();
+}
 
-bool orvMain::RemoveTextBoxInsertHook(const Object&) { notCarriedOut(); }
+bool orvMain::RemoveTextBoxInsertHook(const Object&) {
+    notCarriedOut();
+}
 
-void orvMain::ClearTextBoxInsertHooks() { notCarriedOut(); }
+void orvMain::ClearTextBoxInsertHooks() {
+    notCarriedOut();
+}
 
-void orvMain::ShowModalForm(const Object&, const Object&) { notCarriedOut(); }
+void orvMain::ShowModalForm(const Object&, const Object&) {
+    notCarriedOut();
+}
 
 std::int32_t orvMain::InArray(Array<std::int32_t>&, const Variant&, const Variant&, const Variant&,
                               bool&) {
@@ -90,18 +108,32 @@ bool orvMain::IsInCollection(Object&, const Variant&, const Variant&, const Vari
     notCarriedOut();
 }
 
-std::int32_t orvMain::GetSelectedOptionButtonIndex(const Object&) { notCarriedOut(); }
+std::int32_t orvMain::GetSelectedOptionButtonIndex(const Object&) {
+    notCarriedOut();
+}
 
-void orvMain::SetSelectedOptionButtonIndex(const Object&, std::int32_t) { notCarriedOut(); }
+void orvMain::SetSelectedOptionButtonIndex(const Object&, std::int32_t) {
+    notCarriedOut();
+}
 
-bool orvMain::PressButton(const Object&) { notCarriedOut(); }
+bool orvMain::PressButton(const Object&) {
+    notCarriedOut();
+}
 
-void orvMain::FixFonts(const Object&) { notCarriedOut(); }
+void orvMain::FixFonts(const Object&) {
+    notCarriedOut();
+}
 
-void orvMain::FixCBCursors(const Object&) { notCarriedOut(); }
+void orvMain::FixCBCursors(const Object&) {
+    notCarriedOut();
+}
 
-WString orvMain::JoinCollection(Object&, WStringView, bool) { notCarriedOut(); }
+WString orvMain::JoinCollection(Object&, WStringView, bool) {
+    notCarriedOut();
+}
 
-bool orvMain::AddAutoComplete(const Object&, AddAutoCompleteFlags) { notCarriedOut(); }
+bool orvMain::AddAutoComplete(const Object&, AddAutoCompleteFlags) {
+    notCarriedOut();
+}
 
 }  // namespace orvane

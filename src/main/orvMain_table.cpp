@@ -21,19 +21,17 @@ automation::ClassTable describe() {
         .method<&orvMain::ArrayBSTR>("ArrayBSTR", {"Args"})
         .method<&orvMain::ArrayLong>("ArrayLong", {"Args"})
         .method<&orvMain::ShowMSAboutBox>("ShowMSAboutBox", {"MSControlObject"})
-        .method<&orvMain::ShowAboutBox>("ShowAboutBox",
-                                        {"Form",
-                                         "AppObject",
-                                         {"Description", u""},
-                                         optional("Picture"),
-                                         {"PictureToolTipText", kToolTip}})
-        .method<&orvMain::ShowAboutBox2>("ShowAboutBox2",
-                                         {"Icon",
-                                          "IconSmall",
-                                          "AppObject",
-                                          {"Description", u""},
-                                          optional("Picture"),
-                                          {"PictureToolTipText", kToolTip}})
+        .method<&orvMain::ShowAboutBox>("ShowAboutBox", {"Form",
+                                                         "AppObject",
+                                                         {"Description", u""},
+                                                         optional("Picture"),
+                                                         {"PictureToolTipText", kToolTip}})
+        .method<&orvMain::ShowAboutBox2>("ShowAboutBox2", {"Icon",
+                                                           "IconSmall",
+                                                           "AppObject",
+                                                           {"Description", u""},
+                                                           optional("Picture"),
+                                                           {"PictureToolTipText", kToolTip}})
         .method<&orvMain::ShowAboutBoxEx>("ShowAboutBoxEx",
                                           {"Title",
                                            optional("Icon"),
@@ -57,9 +55,8 @@ automation::ClassTable describe() {
                                                    {"IncludeCursor", false},
                                                    {"IncludeWMF", false},
                                                    {"IncludeEMF", false}})
-        .help(
-            u"Возвращает фильтр для диалогового окна открытия/сохранения файлов. Содержит все "
-            u"форматы, поддерживаемые LoadPictureEx().")
+        .help(u"Возвращает фильтр для диалогового окна открытия/сохранения файлов. Содержит все "
+              u"форматы, поддерживаемые LoadPictureEx().")
         .method<&orvMain::GetLoadPictureExPattern>("GetLoadPictureExPattern",
                                                    {{"IncludeIcon", false},
                                                     {"IncludeCursor", false},
@@ -67,25 +64,19 @@ automation::ClassTable describe() {
                                                     {"IncludeEMF", false}})
         .method<&orvMain::LoadResPictureByData>("LoadResPictureByData",
                                                 {"ResourceData", optional("PictureInfo")})
-        .help(
-            u"Сохраняет картинку во временный каталог, загружает её и удаляет файл. Поддерживает "
-            u"все форматы LoadPictureEx(). Передавать данные LoadResData().")
+        .help(u"Сохраняет картинку во временный каталог, загружает её и удаляет файл. Поддерживает "
+              u"все форматы LoadPictureEx(). Передавать данные LoadResData().")
         .method<&orvMain::AddTextBoxInsertHook>("AddTextBoxInsertHook", {"TextBoxControl"})
         .method<&orvMain::RemoveTextBoxInsertHook>("RemoveTextBoxInsertHook", {"TextBoxControl"})
         .method<&orvMain::ClearTextBoxInsertHooks>("ClearTextBoxInsertHooks")
         .method<&orvMain::ShowModalForm>("ShowModalForm", {"ParentForm", "ChildForm"})
-        .method<&orvMain::InArray>("InArray", {"ArrayX",
-                                               "FindWhat",
-                                               optional("StartAt"),
-                                               optional("EndAt"),
-                                               optional("IsFound")})
-        .method<&orvMain::IsInArray>(
-            "IsInArray", {"ArrayX", "FindWhat", optional("StartAt"), optional("EndAt")})
-        .method<&orvMain::InCollection>("InCollection", {"Collection",
-                                                         "FindWhat",
-                                                         optional("StartAt"),
-                                                         optional("EndAt"),
-                                                         optional("IsFound")})
+        .method<&orvMain::InArray>("InArray", {"ArrayX", "FindWhat", optional("StartAt"),
+                                               optional("EndAt"), optional("IsFound")})
+        .method<&orvMain::IsInArray>("IsInArray",
+                                     {"ArrayX", "FindWhat", optional("StartAt"), optional("EndAt")})
+        .method<&orvMain::InCollection>(
+            "InCollection",
+            {"Collection", "FindWhat", optional("StartAt"), optional("EndAt"), optional("IsFound")})
         .method<&orvMain::IsInCollection>(
             "IsInCollection", {"Collection", "FindWhat", optional("StartAt"), optional("EndAt")})
         .method<&orvMain::GetSelectedOptionButtonIndex>("GetSelectedOptionButtonIndex",
@@ -95,8 +86,8 @@ automation::ClassTable describe() {
         .method<&orvMain::PressButton>("PressButton", {"Button"})
         .method<&orvMain::FixFonts>("FixFonts", {"Frm"})
         .method<&orvMain::FixCBCursors>("FixCBCursors", {"Frm"})
-        .method<&orvMain::JoinCollection>(
-            "JoinCollection", {"SourceCollection", "Delimiter", {"RaiseErrors", false}})
+        .method<&orvMain::JoinCollection>("JoinCollection",
+                                          {"SourceCollection", "Delimiter", {"RaiseErrors", false}})
         .method<&orvMain::AddAutoComplete>("AddAutoComplete", {"CTL", {"Flags", 0}})
         .build();
 }

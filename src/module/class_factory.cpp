@@ -73,6 +73,8 @@ HRESULT newClassFactory(const ClassTable& table, REFIID iid, void** object) {
     return status;
 }
 
-std::uint32_t serverLocks() { return locks; }
+std::uint32_t serverLocks() {
+    return locks;
+}
 
 }  // namespace orvane::automation

@@ -9,8 +9,12 @@ constexpr HRESULT kSelfRegistrationOfClasses = hresultFrom(0x80040201);
 }  // namespace
 
 // There is no registry to write to: hosts name the library's file.
-HRESULT registerLibrary() { return kSelfRegistrationOfClasses; }
+HRESULT registerLibrary() {
+    return kSelfRegistrationOfClasses;
+}
 
-HRESULT unregisterLibrary() { return kSelfRegistrationOfClasses; }
+HRESULT unregisterLibrary() {
+    return kSelfRegistrationOfClasses;
+}
 
 }  // namespace orvane::automation

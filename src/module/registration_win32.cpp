@@ -25,7 +25,9 @@ struct Entry {
     std::wstring value;
 };
 
-std::wstring wide(const char* ascii) { return {ascii, ascii + std::char_traits<char>::length(ascii)}; }
+std::wstring wide(const char* ascii) {
+    return {ascii, ascii + std::char_traits<char>::length(ascii)};
+}
 
 std::wstring guidText(REFGUID guid) {
     wchar_t text[40];
@@ -52,7 +54,9 @@ std::wstring progIdOf(const LibraryTable& library, const ClassTable& table) {
     return wide(library.progIdPrefix) + L"." + wide(table.name);
 }
 
-std::wstring classKey(const ClassTable& table) { return L"CLSID\\" + guidText(table.classId); }
+std::wstring classKey(const ClassTable& table) {
+    return L"CLSID\\" + guidText(table.classId);
+}
 
 std::wstring aliasKey(const InterfaceAlias& alias) {
     return L"Interface\\" + guidText(alias.interfaceId);
@@ -102,8 +106,8 @@ bool write(const Entry& entry) {
 // oldest systems.
 bool removeTree(const std::wstring& path) {
     HKEY key = nullptr;
-    const LSTATUS opened = RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0,
-                                         KEY_ENUMERATE_SUB_KEYS, &key);
+    const LSTATUS opened =
+        RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_ENUMERATE_SUB_KEYS, &key);
     if (opened == ERROR_FILE_NOT_FOUND) return true;
     if (opened != ERROR_SUCCESS) return false;
     wchar_t name[256];
@@ -148,7 +152,8 @@ HRESULT registerLibrary() try {
     std::vector<Entry> entries;
     for (const ClassTable* table : library.classes) {
         addClass(entries, library, *table, path);
-        for (const InterfaceAlias& alias : table->aliases) addAlias(entries, library, alias);
+        for (const InterfaceAlias& alias : table->aliases)
+            addAlias(entries, library, alias);
     }
     HRESULT status = registerTypeLibrary(path);
     for (const Entry& entry : entries) {
@@ -173,8 +178,8 @@ HRESULT unregisterLibrary() try {
         }
     }
     if (isTypeLibraryRegistered(library) &&
-        FAILED(UnRegisterTypeLib(library.id, library.major, library.minor, LANG_NEUTRAL,
-                                 SYS_WIN32))) {
+        FAILED(
+            UnRegisterTypeLib(library.id, library.major, library.minor, LANG_NEUTRAL, SYS_WIN32))) {
         return kSelfRegistrationOfTypeLibrary;
     }
     return removed ? S_OK : kSelfRegistrationOfClasses;

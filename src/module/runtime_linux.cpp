@@ -51,7 +51,8 @@ public:
     HRESULT GetVersion(USHORT parts[4], BSTR* text) override {
         if (parts == nullptr || text == nullptr) return E_POINTER;
         const LibraryTable& library = libraryTable();
-        for (std::size_t i = 0; i < 4; ++i) parts[i] = library.fileVersion[i];
+        for (std::size_t i = 0; i < 4; ++i)
+            parts[i] = library.fileVersion[i];
         *text = SysAllocString(toOle(library.versionText));
         return *text != nullptr ? S_OK : E_OUTOFMEMORY;
     }

@@ -3,6 +3,8 @@
 namespace orvane::automation {
 
 // Hosts have the system's automation library.
-IUnknown* newPlatformInterface(IClassFactory&, REFIID) { return nullptr; }
+IUnknown* newPlatformInterface(IClassFactory&, REFIID) {
+    return nullptr;
+}
 
 }  // namespace orvane::automation

@@ -19,7 +19,9 @@ orvPictureTypeEx iconOrCursor(const Picture& picture) {
 
 }  // namespace
 
-bool CFileCommon::Verify(WStringView) { return true; }
+bool CFileCommon::Verify(WStringView) {
+    return true;
+}
 
 Picture CFileCommon::LoadPicture(WStringView fileName, const Ref<PictureInfo>& info) {
     if (info) info->ResetInfo();
@@ -31,13 +33,21 @@ Picture CFileCommon::LoadPicture(WStringView fileName, const Ref<PictureInfo>& i
     DecodedImage image{-1, -1, -1, {}, {}};
     auto type = orvPictureTypeEx::orvPteNothing;
     switch (picture.type()) {
-        case Picture::Type::bitmap:
-            type = DetectCommonBitmapType(picture, fileName, image);
-            break;
-        case Picture::Type::metafile: type = orvPictureTypeEx::orvPteWMF; break;
-        case Picture::Type::icon: type = iconOrCursor(picture); break;
-        case Picture::Type::enhancedMetafile: type = orvPictureTypeEx::orvPteEMF; break;
-        case Picture::Type::none: image = {}; break;
+    case Picture::Type::bitmap:
+        type = DetectCommonBitmapType(picture, fileName, image);
+        break;
+    case Picture::Type::metafile:
+        type = orvPictureTypeEx::orvPteWMF;
+        break;
+    case Picture::Type::icon:
+        type = iconOrCursor(picture);
+        break;
+    case Picture::Type::enhancedMetafile:
+        type = orvPictureTypeEx::orvPteEMF;
+        break;
+    case Picture::Type::none:
+        image = {};
+        break;
     }
     if (info) info->SetInfo(image, type);
     return picture;

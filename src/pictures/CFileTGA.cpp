@@ -101,11 +101,15 @@ bool decode(BinaryFile& file, DecodedImage& image) {
                            header.bottomUp};
     const bool runLength = header.imageType == kRunLength;
     switch (header.depth) {
-        case 16: return runLength ? targa::readRuns<2>(file, rows) : targa::readRows<2>(file, rows);
-        case 24: return runLength ? targa::readRuns<3>(file, rows) : targa::readRows<3>(file, rows);
-        case 32: return runLength ? targa::readRuns<4>(file, rows) : targa::readRows<4>(file, rows);
-        // Any other depth reads no pixel and still counts as success: a black picture.
-        default: return true;
+    case 16:
+        return runLength ? targa::readRuns<2>(file, rows) : targa::readRows<2>(file, rows);
+    case 24:
+        return runLength ? targa::readRuns<3>(file, rows) : targa::readRows<3>(file, rows);
+    case 32:
+        return runLength ? targa::readRuns<4>(file, rows) : targa::readRows<4>(file, rows);
+    // Any other depth reads no pixel and still counts as success: a black picture.
+    default:
+        return true;
     }
 }
 

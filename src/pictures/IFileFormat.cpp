@@ -2,8 +2,12 @@
 
 namespace orvane {
 
-bool IFileFormat::Verify(WStringView) { return false; }
+bool IFileFormat::Verify(WStringView) {
+    return false;
+}
 
-Picture IFileFormat::LoadPicture(WStringView, const Ref<PictureInfo>&) { return nullptr; }
+Picture IFileFormat::LoadPicture(WStringView, const Ref<PictureInfo>&) {
+    return nullptr;
+}
 
 }  // namespace orvane

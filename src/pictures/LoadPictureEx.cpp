@@ -53,16 +53,14 @@ WString GetLoadPictureExFilter(const FilterParts& include) {
     if (include.emf) filter += u"*.EMF;";
     if (include.icon) filter += u"*.ICO;";
     if (include.cursor) filter += u"*.CUR;";
-    filter +=
-        u"*.PNG;*.PSD;*.PCX;*.TGA;*.TIF;*.TIFF|Windows bitmap|*.BMP;*.DIB;*.RLE|JPEG|"
-        u"*.JPG;*.JPE;*.JPEG|CompuServe GIF|*.GIF|";
+    filter += u"*.PNG;*.PSD;*.PCX;*.TGA;*.TIF;*.TIFF|Windows bitmap|*.BMP;*.DIB;*.RLE|JPEG|"
+              u"*.JPG;*.JPE;*.JPEG|CompuServe GIF|*.GIF|";
     if (include.wmf) filter += u"Windows metafile|*.WMF|";
     if (include.emf) filter += u"Enhanced metafile|*.EMF|";
     if (include.icon) filter += u"Windows icon|*.ICO|";
     if (include.cursor) filter += u"Windows cursor|*.CUR|";
-    filter +=
-        u"Portable network graphics|*.PNG|Photoshop document|*.PSD|Zsoft Paintbrush|*.PCX|"
-        u"Truevision Targa|*.TGA|Tagged image file format|*.TIF;*.TIFF|Все файлы|*.*";
+    filter += u"Portable network graphics|*.PNG|Photoshop document|*.PSD|Zsoft Paintbrush|*.PCX|"
+              u"Truevision Targa|*.TGA|Tagged image file format|*.TIF;*.TIFF|Все файлы|*.*";
     return filter;
 }
 

@@ -45,20 +45,34 @@ PictureInfo::PictureInfo() : AutomationObject(table()) {}
 
 WString PictureInfo::GetPictureTypeName() {
     switch (type_) {
-        case orvPictureTypeEx::orvPteNothing: return u"Nothing";
-        case orvPictureTypeEx::orvPteBMP: return u"Windows bitmap";
-        case orvPictureTypeEx::orvPteJPG: return u"JPEG";
-        case orvPictureTypeEx::orvPteGIF: return u"CompuServe GIF";
-        case orvPictureTypeEx::orvPteWMF: return u"Windows metafile";
-        case orvPictureTypeEx::orvPteEMF: return u"Enhanced metafile";
-        case orvPictureTypeEx::orvPteICO: return u"Windows icon";
-        case orvPictureTypeEx::orvPteCUR: return u"Windows cursor";
-        case orvPictureTypeEx::orvPtePNG: return u"Portable network graphics";
-        case orvPictureTypeEx::orvPtePSD: return u"Photoshop document";
-        case orvPictureTypeEx::orvPtePCX: return u"Zsoft Paintbrush";
-        case orvPictureTypeEx::orvPteTGA: return u"Truevision Targa";
-        case orvPictureTypeEx::orvPteTIFF: return u"Tagged image file format";
-        case orvPictureTypeEx::orvPteUnknown: break;
+    case orvPictureTypeEx::orvPteNothing:
+        return u"Nothing";
+    case orvPictureTypeEx::orvPteBMP:
+        return u"Windows bitmap";
+    case orvPictureTypeEx::orvPteJPG:
+        return u"JPEG";
+    case orvPictureTypeEx::orvPteGIF:
+        return u"CompuServe GIF";
+    case orvPictureTypeEx::orvPteWMF:
+        return u"Windows metafile";
+    case orvPictureTypeEx::orvPteEMF:
+        return u"Enhanced metafile";
+    case orvPictureTypeEx::orvPteICO:
+        return u"Windows icon";
+    case orvPictureTypeEx::orvPteCUR:
+        return u"Windows cursor";
+    case orvPictureTypeEx::orvPtePNG:
+        return u"Portable network graphics";
+    case orvPictureTypeEx::orvPtePSD:
+        return u"Photoshop document";
+    case orvPictureTypeEx::orvPtePCX:
+        return u"Zsoft Paintbrush";
+    case orvPictureTypeEx::orvPteTGA:
+        return u"Truevision Targa";
+    case orvPictureTypeEx::orvPteTIFF:
+        return u"Tagged image file format";
+    case orvPictureTypeEx::orvPteUnknown:
+        break;
     }
     return u"Unknown";
 }

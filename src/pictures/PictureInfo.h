@@ -32,8 +32,8 @@ public:
 
     PictureInfo();
 
-    std::int32_t Width() { return width_; }     ///< pixels
-    std::int32_t Height() { return height_; }   ///< pixels
+    std::int32_t Width() { return width_; }    ///< pixels
+    std::int32_t Height() { return height_; }  ///< pixels
     std::int32_t ImageBPP() { return bitsPerPixel_; }
     orvPictureTypeEx PictureType() { return type_; }
     /// The type's display name; "Unknown" for any value without one.

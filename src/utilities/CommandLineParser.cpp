@@ -15,8 +15,10 @@ constexpr char16_t kBlank = u' ';
 /// What `nqTrimEx` leaves of a text, without a copy: a line of many tokens is cut many times.
 WStringView trimmed(WStringView text) {
     const auto blank = [](char16_t unit) { return !nqTrimEx(WStringView(&unit, 1)).size(); };
-    while (!text.empty() && blank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && blank(text.back())) text.remove_suffix(1);
+    while (!text.empty() && blank(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && blank(text.back()))
+        text.remove_suffix(1);
     return text;
 }
 

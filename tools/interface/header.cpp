@@ -37,9 +37,10 @@ std::string interfaceText(const LibraryTable& library, const ClassTable& table) 
     std::string text = commentText(table.help, "") + "struct " + name + " : IDispatch {\n" +
                        "    static constexpr const IID& kInterfaceId = IID_" + name + ";\n" +
                        "    static constexpr const CLSID& kClassId = CLSID_" + table.name + ";\n" +
-                       "    static constexpr const char* kProgId = \"" + library.progIdPrefix + "." +
-                       table.name + "\";\n";
-    for (const Member& member : table.members) text += "\n" + functionText(member);
+                       "    static constexpr const char* kProgId = \"" + library.progIdPrefix +
+                       "." + table.name + "\";\n";
+    for (const Member& member : table.members)
+        text += "\n" + functionText(member);
     return text + "};\n\n";
 }
 
@@ -62,7 +63,8 @@ std::string identifiersText(const ClassTable& table) {
 std::string enumText(const EnumTable& table) {
     std::string text = std::string("enum ") + table.name + " : LONG {\n";
     for (const EnumConstant& constant : table.constants) {
-        text += std::string("    ") + constant.name + " = " + std::to_string(constant.value) + ",\n";
+        text +=
+            std::string("    ") + constant.name + " = " + std::to_string(constant.value) + ",\n";
     }
     return text + "};\n\n";
 }
@@ -85,7 +87,8 @@ std::string headerText(const LibraryTable& library) {
         interfaces += interfaceText(library, *table);
     }
     text += "\n";
-    for (const EnumTable* table : library.enums) text += enumText(*table);
+    for (const EnumTable* table : library.enums)
+        text += enumText(*table);
     text += declarations + "\n" + interfaces;
     text.pop_back();
     return text;

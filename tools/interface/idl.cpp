@@ -77,10 +77,17 @@ std::string parametersText(const Member& member) {
 std::string attributesText(const Member& member) {
     std::string text = "[id(" + std::to_string(member.id) + ")";
     switch (member.kind) {
-        case MemberKind::propertyGet: text += ", propget"; break;
-        case MemberKind::propertyPut: text += ", propput"; break;
-        case MemberKind::propertyPutReference: text += ", propputref"; break;
-        default: break;
+    case MemberKind::propertyGet:
+        text += ", propget";
+        break;
+    case MemberKind::propertyPut:
+        text += ", propput";
+        break;
+    case MemberKind::propertyPutReference:
+        text += ", propputref";
+        break;
+    default:
+        break;
     }
     if (member.isVariableArgument) text += ", vararg";
     if (member.id == DISPID_NEWENUM) text += ", restricted";
@@ -147,7 +154,8 @@ std::string idlText(const LibraryTable& library) {
                        guidText(library.id) + "), version(" + std::to_string(library.major) + "." +
                        std::to_string(library.minor) + ")" + helpAttribute(library.help) +
                        "]\nlibrary " + library.name + " {\n    importlib(\"stdole2.tlb\");\n\n";
-    for (const EnumTable* table : library.enums) text += enumText(*table);
+    for (const EnumTable* table : library.enums)
+        text += enumText(*table);
     // Members refer to classes that come later.
     std::string declarations;
     std::string definitions;
@@ -162,7 +170,8 @@ std::string idlText(const LibraryTable& library) {
 }
 
 std::string systemIdlText() {
-    return std::string(kBaseInterfaces) + R"([uuid(00020430-0000-0000-C000-000000000046), version(2.0)]
+    return std::string(kBaseInterfaces) +
+           R"([uuid(00020430-0000-0000-C000-000000000046), version(2.0)]
 library stdole {
     interface IUnknown;
     interface IDispatch;

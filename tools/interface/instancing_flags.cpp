@@ -12,7 +12,8 @@ using namespace automation;
 namespace {
 
 // Offsets in the file. The header is followed by an optional word, the type records' offsets (a
-// word each) and the directory of segments, 16 bytes each: offset, length, two words of no use here.
+// word each) and the directory of segments, 16 bytes each: offset, length, two words of no use
+// here.
 constexpr std::size_t kFlagsOffset = 0x14;
 constexpr std::size_t kCountOffset = 0x20;
 constexpr std::size_t kHeaderSize = 0x54;

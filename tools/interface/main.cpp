@@ -63,8 +63,8 @@ int main(int count, char** arguments) {
     try {
         if (count == 3 && carryOut(arguments[1], arguments[2])) return 0;
         if (count == 5 && std::string_view(arguments[1]) == "resource") {
-            writeFile(arguments[2], interface::resourceText(automation::libraryTable(), arguments[3],
-                                                            arguments[4]));
+            writeFile(arguments[2], interface::resourceText(automation::libraryTable(),
+                                                            arguments[3], arguments[4]));
             return 0;
         }
     } catch (const std::exception& failure) {

@@ -28,7 +28,8 @@ std::string memberText(const Member& member) {
     for (const Parameter& parameter : member.parameters) {
         parameters += (parameters.empty() ? "" : ", ") + parameterText(member, parameter);
     }
-    std::string text = std::string(kindText(member.kind)) + " " + member.name + "(" + parameters + ")";
+    std::string text =
+        std::string(kindText(member.kind)) + " " + member.name + "(" + parameters + ")";
     if (member.result.type != VT_EMPTY) text += " As " + plainType(member.result);
     text += " id " + std::to_string(member.id);
     return member.help == nullptr ? text : text + " " + quoted(member.help);
@@ -36,9 +37,12 @@ std::string memberText(const Member& member) {
 
 const char* instancingText(Instancing instancing) {
     switch (instancing) {
-        case Instancing::global: return "global";
-        case Instancing::creatable: return "creatable";
-        default: return "internal";
+    case Instancing::global:
+        return "global";
+    case Instancing::creatable:
+        return "creatable";
+    default:
+        return "internal";
     }
 }
 
@@ -57,7 +61,8 @@ std::string classText(const ClassTable& table) {
     if (table.events.name == nullptr) return text;
     text += std::string("  events ") + table.events.name + " {" +
             guidText(table.events.interfaceId) + "}\n";
-    for (const Member& event : table.events.events) text += "  event " + memberText(event) + "\n";
+    for (const Member& event : table.events.events)
+        text += "  event " + memberText(event) + "\n";
     return text;
 }
 
@@ -83,8 +88,10 @@ std::string libraryText(const LibraryTable& library) {
 
 std::string snapshotText(const LibraryTable& library) {
     std::string text = libraryText(library);
-    for (const EnumTable* table : library.enums) text += enumText(*table);
-    for (const ClassTable* table : library.classes) text += classText(*table);
+    for (const EnumTable* table : library.enums)
+        text += enumText(*table);
+    for (const ClassTable* table : library.classes)
+        text += classText(*table);
     return text;
 }
 

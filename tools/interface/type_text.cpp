@@ -42,7 +42,9 @@ const Spelling& spellingOf(VARTYPE type) {
                              std::to_string(type));
 }
 
-bool isArray(const TypeReference& type) { return (type.type & VT_ARRAY) != 0; }
+bool isArray(const TypeReference& type) {
+    return (type.type & VT_ARRAY) != 0;
+}
 
 VARTYPE elementOf(const TypeReference& type) {
     return static_cast<VARTYPE>(type.type & VT_TYPEMASK);
@@ -126,13 +128,19 @@ std::string quoted(const char16_t* text) {
 
 const char* kindText(MemberKind kind) {
     switch (kind) {
-        case MemberKind::propertyGet: return "get";
-        case MemberKind::propertyPut: return "put";
-        case MemberKind::propertyPutReference: return "putref";
-        default: return "method";
+    case MemberKind::propertyGet:
+        return "get";
+    case MemberKind::propertyPut:
+        return "put";
+    case MemberKind::propertyPutReference:
+        return "putref";
+    default:
+        return "method";
     }
 }
 
-std::string interfaceName(const ClassTable& table) { return std::string("_") + table.name; }
+std::string interfaceName(const ClassTable& table) {
+    return std::string("_") + table.name;
+}
 
 }  // namespace orvane::interface

@@ -8,7 +8,8 @@
 /// How the printers spell types, identifiers and values of a class table.
 namespace orvane::interface {
 
-/// As `widl` reads it, without an in/out parameter's star: "BSTR", "SAFEARRAY(long)", "_PictureInfo*".
+/// As `widl` reads it, without an in/out parameter's star: "BSTR", "SAFEARRAY(long)",
+/// "_PictureInfo*".
 std::string idlType(const automation::TypeReference& type);
 
 /// As a C++ host passes it: "BSTR", "SAFEARRAY*", "_PictureInfo**" for an in/out parameter.

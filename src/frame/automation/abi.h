@@ -8,7 +8,9 @@
 /// bits. These helpers are the only casts between the two.
 namespace orvane::automation {
 
-inline const OLECHAR* toOle(const char16_t* text) { return reinterpret_cast<const OLECHAR*>(text); }
+inline const OLECHAR* toOle(const char16_t* text) {
+    return reinterpret_cast<const OLECHAR*>(text);
+}
 inline const char16_t* fromOle(const OLECHAR* text) {
     return reinterpret_cast<const char16_t*>(text);
 }

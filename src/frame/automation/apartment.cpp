@@ -8,7 +8,9 @@
 
 namespace orvane {
 
-RandomGenerator& apartmentRandom() { return automation::Apartment::current().random(); }
+RandomGenerator& apartmentRandom() {
+    return automation::Apartment::current().random();
+}
 
 namespace automation {
 namespace {
@@ -61,11 +63,15 @@ Apartment& Apartment::current() {
 }
 
 // The library's whole start-up in an apartment: the generator is seeded from the clock.
-Apartment::Apartment() { random_.seed(platform::kernel32.GetSystemTimeAsFileTime()); }
+Apartment::Apartment() {
+    random_.seed(platform::kernel32.GetSystemTimeAsFileTime());
+}
 
 Apartment::~Apartment() = default;
 
-std::uint32_t Apartment::liveObjects() { return liveCount; }
+std::uint32_t Apartment::liveObjects() {
+    return liveCount;
+}
 
 void Apartment::releaseIdle() {
     Apartment* apartment = existing();
@@ -110,10 +116,13 @@ void Apartment::dropState(std::size_t slot) {
 }
 
 void Apartment::releaseState() {
-    while (!order_.empty()) dropState(order_.back());
+    while (!order_.empty())
+        dropState(order_.back());
 }
 
-std::size_t Apartment::newSlot() { return ++lastSlot; }
+std::size_t Apartment::newSlot() {
+    return ++lastSlot;
+}
 
 // The platform calls this as the thread ends: only memory may be freed. An apartment whose objects
 // the host has not released yet stays until the last of them goes.

@@ -41,7 +41,8 @@ public:
     RandomGenerator& random() { return random_; }
 
     /// The state in `slot`, made by `create` on first use.
-    ModuleState& state(std::size_t slot, const std::function<std::unique_ptr<ModuleState>()>& create);
+    ModuleState& state(std::size_t slot,
+                       const std::function<std::unique_ptr<ModuleState>()>& create);
     ModuleState* existingState(std::size_t slot) const;
     void dropState(std::size_t slot);
 

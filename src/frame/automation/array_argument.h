@@ -53,9 +53,7 @@ public:
         if (!untouched && !storeInPlace()) Cell<Array<T>>::write(*variable_, value_);
     }
 
-    static TypeReference reference() {
-        return {static_cast<VARTYPE>(VT_ARRAY | element), true};
-    }
+    static TypeReference reference() { return {static_cast<VARTYPE>(VT_ARRAY | element), true}; }
 
 private:
     void open(SAFEARRAY** variable) {

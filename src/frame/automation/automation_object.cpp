@@ -20,7 +20,9 @@ struct InterfaceThunks {
         return *object != nullptr ? S_OK : E_NOINTERFACE;
     }
     static ULONG STDMETHODCALLTYPE AddRef(InterfaceHeader* self) { return self->object->addRef(); }
-    static ULONG STDMETHODCALLTYPE Release(InterfaceHeader* self) { return self->object->release(); }
+    static ULONG STDMETHODCALLTYPE Release(InterfaceHeader* self) {
+        return self->object->release();
+    }
 
     static HRESULT STDMETHODCALLTYPE GetTypeInfoCount(InterfaceHeader*, UINT* count) {
         if (count == nullptr) return E_POINTER;
@@ -108,8 +110,7 @@ AutomationObject::AutomationObject(const ClassTable& table)
     : dispatch_{table.vtable.data(), this},
       provideClassInfo_{InterfaceThunks::classInfoTable().data(), this},
       supportErrorInfo_{InterfaceThunks::errorInfoTable().data(), this},
-      connections_{InterfaceThunks::connectionsTable().data(), this},
-      table_(table),
+      connections_{InterfaceThunks::connectionsTable().data(), this}, table_(table),
       apartment_(Apartment::current()) {
     if (table.events.name != nullptr) {
         connectionPoints_ = std::make_unique<ConnectionPoints>(*this, table.events);

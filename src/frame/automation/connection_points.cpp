@@ -20,12 +20,14 @@ public:
             argument = places_[i];
             if (!arguments[i].isReference()) continue;
             const bool any = event == nullptr || event->parameters[i].type.type == VT_VARIANT;
-            argument.vt = static_cast<VARTYPE>(VT_BYREF | (any ? VARTYPE{VT_VARIANT} : argument.vt));
+            argument.vt =
+                static_cast<VARTYPE>(VT_BYREF | (any ? VARTYPE{VT_VARIANT} : argument.vt));
             argument.byref = any ? static_cast<void*>(&places_[i]) : &places_[i].llVal;
         }
     }
     ~EventArguments() {
-        for (VARIANT& place : places_) VariantClear(&place);
+        for (VARIANT& place : places_)
+            VariantClear(&place);
     }
     EventArguments(const EventArguments&) = delete;
     EventArguments& operator=(const EventArguments&) = delete;
@@ -133,7 +135,8 @@ public:
 
     void fire(DISPID event, std::span<Variant> arguments) {
         std::vector<Object> sinks;
-        for (const Connection& each : connections_) sinks.emplace_back(each.sink);
+        for (const Connection& each : connections_)
+            sinks.emplace_back(each.sink);
         const auto declared = std::ranges::find(events_.events, event, &Member::id);
         EventArguments given(declared == events_.events.end() ? nullptr : &*declared, arguments);
         for (const Object& sink : sinks) {
@@ -152,7 +155,8 @@ public:
 private:
     void disconnectAll() {
         const auto connections = std::exchange(connections_, {});
-        for (const Connection& each : connections) each.sink->Release();
+        for (const Connection& each : connections)
+            each.sink->Release();
     }
 
     AutomationObject* owner_;

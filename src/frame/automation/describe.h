@@ -135,8 +135,8 @@ struct MemberThunk<member, R (T::*)(A...)> {
         const TypeReference types[] = {Argument<A>::reference()..., TypeReference{}};
         std::size_t index = 0;
         for (const ParameterName& parameter : names) {
-            described.parameters.push_back({parameter.name, types[index++], parameter.isOptional,
-                                            parameter.fallback});
+            described.parameters.push_back(
+                {parameter.name, types[index++], parameter.isOptional, parameter.fallback});
         }
         if (index != sizeof...(A)) std::terminate();  // a parameter without a name, or one too many
         described.isVariableArgument = (std::is_same_v<A, ArgumentList&> || ...);
@@ -170,7 +170,8 @@ public:
         return add<function>(name, MemberKind::method, parameters);
     }
     template <auto function>
-    ClassBuilder& propertyGet(const char* name, std::initializer_list<ParameterName> parameters = {}) {
+    ClassBuilder& propertyGet(const char* name,
+                              std::initializer_list<ParameterName> parameters = {}) {
         return add<function>(name, MemberKind::propertyGet, parameters);
     }
     template <auto function>
@@ -208,7 +209,8 @@ public:
         return *this;
     }
     /// An event with its identifier, and its parameters by name and type.
-    ClassBuilder& event(const char* name, DISPID identifier, std::vector<Parameter> parameters = {}) {
+    ClassBuilder& event(const char* name, DISPID identifier,
+                        std::vector<Parameter> parameters = {}) {
         Member described{name, identifier, MemberKind::method, std::move(parameters), {}};
         table_.events.events.push_back(std::move(described));
         return *this;

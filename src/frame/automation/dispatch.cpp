@@ -38,7 +38,9 @@ const Member* anyMember(const ClassTable& table, DISPID id) {
     return nullptr;
 }
 
-bool isPut(WORD flags) { return (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0; }
+bool isPut(WORD flags) {
+    return (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+}
 
 // Scripts read properties with the method flag and call functions with the property flag; both
 // are taken for either.
@@ -102,12 +104,16 @@ UINT argumentIndex(const DISPPARAMS& given, const VARIANTARG* argument) {
 
 std::optional<HRESULT> argumentStatus(std::int32_t errorNumber) {
     switch (errorNumber) {
-        case error::kTypeMismatch:
-        case error::kInvalidUseOfNull:
-        case error::kObjectRequired: return DISP_E_TYPEMISMATCH;
-        case error::kOverflow: return DISP_E_OVERFLOW;
-        case error::kArgumentNotOptional: return DISP_E_PARAMNOTOPTIONAL;
-        default: return std::nullopt;
+    case error::kTypeMismatch:
+    case error::kInvalidUseOfNull:
+    case error::kObjectRequired:
+        return DISP_E_TYPEMISMATCH;
+    case error::kOverflow:
+        return DISP_E_OVERFLOW;
+    case error::kArgumentNotOptional:
+        return DISP_E_PARAMNOTOPTIONAL;
+    default:
+        return std::nullopt;
     }
 }
 
@@ -132,7 +138,8 @@ HRESULT callMember(AutomationObject& object, const Member& member, const DISPPAR
     } catch (const RuntimeError& failure) {
         if (failed < 0 || !keepsNumber(failure.number)) return fillException(failure, exception);
         if (argumentError != nullptr) {
-            *argumentError = argumentIndex(given, arranged.values[static_cast<std::size_t>(failed)]);
+            *argumentError =
+                argumentIndex(given, arranged.values[static_cast<std::size_t>(failed)]);
         }
         return *argumentStatus(failure.number);
     } catch (const std::bad_alloc&) {
@@ -160,7 +167,8 @@ bool wantsForwarding(const ClassTable& table, const Member* member, DISPID id, W
                      const DISPPARAMS& given) {
     const UINT own = isPut(flags) ? 1 : 0;
     if (given.cArgs <= own || id == DISPID_VALUE) return false;
-    if (member == nullptr) return isPut(flags) && table.find(id, MemberKind::propertyGet) != nullptr;
+    if (member == nullptr)
+        return isPut(flags) && table.find(id, MemberKind::propertyGet) != nullptr;
     return !isPut(flags) && member->parameters.empty();
 }
 

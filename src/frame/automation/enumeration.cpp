@@ -17,7 +17,8 @@ using ValueEnumerator = ListEnumerator<IEnumVARIANT, VARIANT, StoredValue>;
 Enumeration newEnumeration(std::vector<Variant> values) {
     std::vector<StoredValue> stored;
     stored.reserve(values.size());
-    for (Variant& value : values) stored.push_back({std::move(value)});
+    for (Variant& value : values)
+        stored.push_back({std::move(value)});
     return Enumeration(Object::adopt(new ValueEnumerator(IID_IEnumVARIANT, std::move(stored))));
 }
 

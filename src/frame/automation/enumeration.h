@@ -14,7 +14,8 @@ public:
     explicit Enumeration(Object object) : Object(std::move(object)) {}
 };
 
-template <> struct Cell<Enumeration> {
+template <>
+struct Cell<Enumeration> {
     using Abi = IUnknown*;
     static constexpr VARTYPE type = VT_UNKNOWN;
     static void write(Abi& cell, const Enumeration& value) {

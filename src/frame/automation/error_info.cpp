@@ -74,8 +74,9 @@ public:
 
 private:
     static HRESULT give(const WString& text, BSTR* out) {
-        *out = text.isNull() ? nullptr
-                             : SysAllocStringLen(toOle(text.data()), static_cast<UINT>(text.size()));
+        *out = text.isNull()
+                   ? nullptr
+                   : SysAllocStringLen(toOle(text.data()), static_cast<UINT>(text.size()));
         return text.isNull() || *out != nullptr ? S_OK : E_OUTOFMEMORY;
     }
 
@@ -121,15 +122,23 @@ HRESULT statusOf(std::int32_t errorNumber) {
 
 std::int32_t errorNumberOf(HRESULT status) {
     switch (static_cast<std::int32_t>(status)) {
-        case DISP_E_TYPEMISMATCH: return error::kTypeMismatch;
-        case DISP_E_OVERFLOW: return error::kOverflow;
-        case DISP_E_BADINDEX: return error::kSubscriptOutOfRange;
-        case DISP_E_DIVBYZERO: return error::kDivisionByZero;
-        case E_OUTOFMEMORY: return error::kOutOfMemory;
-        case DISP_E_UNKNOWNNAME:
-        case DISP_E_MEMBERNOTFOUND: return error::kNoSuchMember;
-        case DISP_E_PARAMNOTOPTIONAL: return error::kArgumentNotOptional;
-        default: break;
+    case DISP_E_TYPEMISMATCH:
+        return error::kTypeMismatch;
+    case DISP_E_OVERFLOW:
+        return error::kOverflow;
+    case DISP_E_BADINDEX:
+        return error::kSubscriptOutOfRange;
+    case DISP_E_DIVBYZERO:
+        return error::kDivisionByZero;
+    case E_OUTOFMEMORY:
+        return error::kOutOfMemory;
+    case DISP_E_UNKNOWNNAME:
+    case DISP_E_MEMBERNOTFOUND:
+        return error::kNoSuchMember;
+    case DISP_E_PARAMNOTOPTIONAL:
+        return error::kArgumentNotOptional;
+    default:
+        break;
     }
     const auto bits = static_cast<std::uint32_t>(status);
     if ((bits & 0xFFFF0000U) == 0x800A0000U && (bits & 0xFFFFU) != 0) {

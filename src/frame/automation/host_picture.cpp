@@ -8,7 +8,9 @@
 namespace orvane {
 namespace {
 
-Picture adopt(IPictureDisp* picture) { return Picture(Object::adopt(picture)); }
+Picture adopt(IPictureDisp* picture) {
+    return Picture(Object::adopt(picture));
+}
 
 }  // namespace
 

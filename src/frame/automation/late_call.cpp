@@ -39,7 +39,8 @@ public:
         }
     }
     ~CallArguments() {
-        for (VARIANT& place : places_) VariantClear(&place);
+        for (VARIANT& place : places_)
+            VariantClear(&place);
     }
     CallArguments(const CallArguments&) = delete;
     CallArguments& operator=(const CallArguments&) = delete;
@@ -96,8 +97,7 @@ bool LateCaller::find(WStringView name, DISPID& id) const {
     }
     std::u16string text(name);
     OLECHAR* names = const_cast<OLECHAR*>(toOle(text.c_str()));
-    return SUCCEEDED(
-        dispatch_->GetIDsOfNames(GUID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id));
+    return SUCCEEDED(dispatch_->GetIDsOfNames(GUID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id));
 }
 
 DISPID LateCaller::idOf(WStringView name) const {

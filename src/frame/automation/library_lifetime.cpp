@@ -16,16 +16,24 @@ constinit std::atomic<std::uint32_t> liveUses{0};
 
 #ifndef _WIN32
 // Runs after every exit handler and on dlclose.
-__attribute__((destructor)) void unload() { runUnloadActions(); }
+__attribute__((destructor)) void unload() {
+    runUnloadActions();
+}
 #endif
 
 }  // namespace
 
-LibraryUse::LibraryUse() { ++liveUses; }
+LibraryUse::LibraryUse() {
+    ++liveUses;
+}
 
-LibraryUse::~LibraryUse() { --liveUses; }
+LibraryUse::~LibraryUse() {
+    --liveUses;
+}
 
-std::uint32_t LibraryUse::count() { return liveUses; }
+std::uint32_t LibraryUse::count() {
+    return liveUses;
+}
 
 void atUnload(void (*action)(void*), void* value) {
     auto* entry = new UnloadAction{action, value, lastAction.load()};

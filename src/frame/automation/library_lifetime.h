@@ -14,8 +14,8 @@ void atUnload(void (*action)(void*), void* value);
 /// Carries the actions out; called by the module's entry when it is unloaded.
 void runUnloadActions();
 
-/// Part of an object that hosts hold and that is no automation class (an enumerator, a class factory,
-/// type information): the library must not be unloaded before it goes.
+/// Part of an object that hosts hold and that is no automation class (an enumerator, a class
+/// factory, type information): the library must not be unloaded before it goes.
 class LibraryUse {
 public:
     LibraryUse();

@@ -11,21 +11,34 @@ namespace {
 // One element of a SAFEARRAY or one VT_BYREF target, as it lies in memory.
 Variant readCell(VARTYPE type, const void* cell) {
     switch (type) {
-        case VT_I2: return *static_cast<const std::int16_t*>(cell);
-        case VT_I4:
-        case VT_INT: return *static_cast<const std::int32_t*>(cell);
-        case VT_R4: return *static_cast<const float*>(cell);
-        case VT_R8: return *static_cast<const double*>(cell);
-        case VT_CY: return Currency{static_cast<const CY*>(cell)->int64};
-        case VT_DATE: return Date{*static_cast<const double*>(cell)};
-        case VT_BSTR: return WString(viewOf(*static_cast<const BSTR*>(cell)));
-        case VT_DISPATCH:
-        case VT_UNKNOWN: return Object(*static_cast<IUnknown* const*>(cell));
-        case VT_ERROR: return ErrorValue{*static_cast<const SCODE*>(cell)};
-        case VT_BOOL: return *static_cast<const VARIANT_BOOL*>(cell) != VARIANT_FALSE;
-        case VT_VARIANT: return fromVariant(*static_cast<const VARIANT*>(cell));
-        case VT_UI1: return *static_cast<const std::uint8_t*>(cell);
-        default: raise(error::kTypeMismatch);
+    case VT_I2:
+        return *static_cast<const std::int16_t*>(cell);
+    case VT_I4:
+    case VT_INT:
+        return *static_cast<const std::int32_t*>(cell);
+    case VT_R4:
+        return *static_cast<const float*>(cell);
+    case VT_R8:
+        return *static_cast<const double*>(cell);
+    case VT_CY:
+        return Currency{static_cast<const CY*>(cell)->int64};
+    case VT_DATE:
+        return Date{*static_cast<const double*>(cell)};
+    case VT_BSTR:
+        return WString(viewOf(*static_cast<const BSTR*>(cell)));
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+        return Object(*static_cast<IUnknown* const*>(cell));
+    case VT_ERROR:
+        return ErrorValue{*static_cast<const SCODE*>(cell)};
+    case VT_BOOL:
+        return *static_cast<const VARIANT_BOOL*>(cell) != VARIANT_FALSE;
+    case VT_VARIANT:
+        return fromVariant(*static_cast<const VARIANT*>(cell));
+    case VT_UI1:
+        return *static_cast<const std::uint8_t*>(cell);
+    default:
+        raise(error::kTypeMismatch);
     }
 }
 
@@ -46,34 +59,53 @@ IDispatch* dispatchOf(const Object& object) {
 // Stores into one cell, freeing what it held; the value is converted to the cell's type first.
 void writeCell(VARTYPE type, void* cell, const Variant& value) {
     switch (type) {
-        case VT_I2: *static_cast<std::int16_t*>(cell) = toInteger(value); return;
-        case VT_I4:
-        case VT_INT: *static_cast<std::int32_t*>(cell) = toLong(value); return;
-        case VT_R4: *static_cast<float*>(cell) = toSingle(value); return;
-        case VT_R8: *static_cast<double*>(cell) = toDouble(value); return;
-        case VT_CY: static_cast<CY*>(cell)->int64 = toCurrency(value).scaled; return;
-        case VT_DATE: *static_cast<double*>(cell) = toDate(value).days; return;
-        case VT_ERROR: *static_cast<SCODE*>(cell) = toErrorValue(value).code; return;
-        case VT_BOOL:
-            *static_cast<VARIANT_BOOL*>(cell) = toBoolean(value) ? VARIANT_TRUE : VARIANT_FALSE;
-            return;
-        case VT_UI1: *static_cast<std::uint8_t*>(cell) = toByte(value); return;
-        case VT_VARIANT: storeVariant(*static_cast<VARIANT*>(cell), value); return;
-        case VT_BSTR: {
-            BSTR fresh = newBstr(toText(value).view());
-            SysFreeString(std::exchange(*static_cast<BSTR*>(cell), fresh));
-            return;
+    case VT_I2:
+        *static_cast<std::int16_t*>(cell) = toInteger(value);
+        return;
+    case VT_I4:
+    case VT_INT:
+        *static_cast<std::int32_t*>(cell) = toLong(value);
+        return;
+    case VT_R4:
+        *static_cast<float*>(cell) = toSingle(value);
+        return;
+    case VT_R8:
+        *static_cast<double*>(cell) = toDouble(value);
+        return;
+    case VT_CY:
+        static_cast<CY*>(cell)->int64 = toCurrency(value).scaled;
+        return;
+    case VT_DATE:
+        *static_cast<double*>(cell) = toDate(value).days;
+        return;
+    case VT_ERROR:
+        *static_cast<SCODE*>(cell) = toErrorValue(value).code;
+        return;
+    case VT_BOOL:
+        *static_cast<VARIANT_BOOL*>(cell) = toBoolean(value) ? VARIANT_TRUE : VARIANT_FALSE;
+        return;
+    case VT_UI1:
+        *static_cast<std::uint8_t*>(cell) = toByte(value);
+        return;
+    case VT_VARIANT:
+        storeVariant(*static_cast<VARIANT*>(cell), value);
+        return;
+    case VT_BSTR: {
+        BSTR fresh = newBstr(toText(value).view());
+        SysFreeString(std::exchange(*static_cast<BSTR*>(cell), fresh));
+        return;
+    }
+    case VT_DISPATCH:
+    case VT_UNKNOWN: {
+        Object object = toObject(value);
+        IUnknown* fresh = type == VT_DISPATCH ? dispatchOf(object) : object.detach();
+        if (IUnknown* former = std::exchange(*static_cast<IUnknown**>(cell), fresh)) {
+            former->Release();
         }
-        case VT_DISPATCH:
-        case VT_UNKNOWN: {
-            Object object = toObject(value);
-            IUnknown* fresh = type == VT_DISPATCH ? dispatchOf(object) : object.detach();
-            if (IUnknown* former = std::exchange(*static_cast<IUnknown**>(cell), fresh)) {
-                former->Release();
-            }
-            return;
-        }
-        default: raise(error::kTypeMismatch);
+        return;
+    }
+    default:
+        raise(error::kTypeMismatch);
     }
 }
 
@@ -94,10 +126,10 @@ private:
 };
 
 template <class T>
-constexpr bool kSameLayout = std::is_same_v<T, std::uint8_t> || std::is_same_v<T, std::int16_t> ||
-                             std::is_same_v<T, std::int32_t> || std::is_same_v<T, float> ||
-                             std::is_same_v<T, double> || std::is_same_v<T, Currency> ||
-                             std::is_same_v<T, Date> || std::is_same_v<T, ErrorValue>;
+constexpr bool kSameLayout =
+    std::is_same_v<T, std::uint8_t> || std::is_same_v<T, std::int16_t> ||
+    std::is_same_v<T, std::int32_t> || std::is_same_v<T, float> || std::is_same_v<T, double> ||
+    std::is_same_v<T, Currency> || std::is_same_v<T, Date> || std::is_same_v<T, ErrorValue>;
 
 struct LockedData {
     explicit LockedData(SAFEARRAY* locked) : array(locked) {
@@ -168,15 +200,23 @@ Variant fromVariant(const VARIANT& value) {
     }
     const void* cell = (tag & VT_BYREF) != 0 ? value.byref : static_cast<const void*>(&value.llVal);
     switch (tag & VT_TYPEMASK) {
-        case VT_EMPTY: return {};
-        case VT_NULL: return Variant::null();
-        case VT_I1: return narrowest(static_cast<int>(*static_cast<const signed char*>(cell)));
-        case VT_UI2: return narrowest(*static_cast<const std::uint16_t*>(cell));
-        case VT_UI4:
-        case VT_UINT: return narrowest(*static_cast<const std::uint32_t*>(cell));
-        case VT_I8: return narrowest(*static_cast<const std::int64_t*>(cell));
-        case VT_UI8: return narrowest(*static_cast<const std::uint64_t*>(cell));
-        default: return readCell(static_cast<VARTYPE>(tag & VT_TYPEMASK), cell);
+    case VT_EMPTY:
+        return {};
+    case VT_NULL:
+        return Variant::null();
+    case VT_I1:
+        return narrowest(static_cast<int>(*static_cast<const signed char*>(cell)));
+    case VT_UI2:
+        return narrowest(*static_cast<const std::uint16_t*>(cell));
+    case VT_UI4:
+    case VT_UINT:
+        return narrowest(*static_cast<const std::uint32_t*>(cell));
+    case VT_I8:
+        return narrowest(*static_cast<const std::int64_t*>(cell));
+    case VT_UI8:
+        return narrowest(*static_cast<const std::uint64_t*>(cell));
+    default:
+        return readCell(static_cast<VARTYPE>(tag & VT_TYPEMASK), cell);
     }
 }
 
@@ -239,21 +279,35 @@ VARTYPE elementTypeOf(SAFEARRAY* array, VARTYPE declared) {
 
 Variant::ArrayPointer fromSafeArray(SAFEARRAY* array, VARTYPE elementType) {
     switch (elementTypeOf(array, elementType)) {
-        case VT_I2: return readArray<std::int16_t>(array, VT_I2);
-        case VT_I4:
-        case VT_INT: return readArray<std::int32_t>(array, VT_I4);
-        case VT_R4: return readArray<float>(array, VT_R4);
-        case VT_R8: return readArray<double>(array, VT_R8);
-        case VT_CY: return readArray<Currency>(array, VT_CY);
-        case VT_DATE: return readArray<Date>(array, VT_DATE);
-        case VT_BSTR: return readArray<WString>(array, VT_BSTR);
-        case VT_DISPATCH: return readArray<Object>(array, VT_DISPATCH);
-        case VT_UNKNOWN: return readArray<Object>(array, VT_UNKNOWN);
-        case VT_ERROR: return readArray<ErrorValue>(array, VT_ERROR);
-        case VT_BOOL: return readArray<bool>(array, VT_BOOL);
-        case VT_VARIANT: return readArray<Variant>(array, VT_VARIANT);
-        case VT_UI1: return readArray<std::uint8_t>(array, VT_UI1);
-        default: raise(error::kTypeMismatch);
+    case VT_I2:
+        return readArray<std::int16_t>(array, VT_I2);
+    case VT_I4:
+    case VT_INT:
+        return readArray<std::int32_t>(array, VT_I4);
+    case VT_R4:
+        return readArray<float>(array, VT_R4);
+    case VT_R8:
+        return readArray<double>(array, VT_R8);
+    case VT_CY:
+        return readArray<Currency>(array, VT_CY);
+    case VT_DATE:
+        return readArray<Date>(array, VT_DATE);
+    case VT_BSTR:
+        return readArray<WString>(array, VT_BSTR);
+    case VT_DISPATCH:
+        return readArray<Object>(array, VT_DISPATCH);
+    case VT_UNKNOWN:
+        return readArray<Object>(array, VT_UNKNOWN);
+    case VT_ERROR:
+        return readArray<ErrorValue>(array, VT_ERROR);
+    case VT_BOOL:
+        return readArray<bool>(array, VT_BOOL);
+    case VT_VARIANT:
+        return readArray<Variant>(array, VT_VARIANT);
+    case VT_UI1:
+        return readArray<std::uint8_t>(array, VT_UI1);
+    default:
+        raise(error::kTypeMismatch);
     }
 }
 
@@ -281,7 +335,8 @@ void storeElements(SAFEARRAY* target, const ArrayBase& array) {
 SAFEARRAY* toSafeArray(const ArrayBase& array) {
     if (!array.isAllocated()) return nullptr;
     std::vector<SAFEARRAYBOUND> bounds;
-    for (const Bound& bound : array.bounds()) bounds.push_back({bound.count, bound.lower});
+    for (const Bound& bound : array.bounds())
+        bounds.push_back({bound.count, bound.lower});
     const VARTYPE type = vartypeOf(array.elementType());
     SAFEARRAY* result = SafeArrayCreate(type, static_cast<UINT>(bounds.size()), bounds.data());
     if (result == nullptr) raise(error::kOutOfMemory);

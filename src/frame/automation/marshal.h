@@ -34,5 +34,4 @@ void storeElements(SAFEARRAY* target, const ArrayBase& array);
 /// The element type of an array that comes without a tag of its own.
 VARTYPE elementTypeOf(SAFEARRAY* array, VARTYPE declared);
 
-
 }  // namespace orvane::automation

@@ -36,23 +36,31 @@ struct PlainCell {
     static T fromVariant(const Variant& value) { return convertTo<T>(value); }
     static TypeReference reference() { return {tag}; }
 };
-template <> struct Cell<std::uint8_t> : PlainCell<std::uint8_t, VT_UI1> {};
-template <> struct Cell<std::int16_t> : PlainCell<std::int16_t, VT_I2> {};
-template <> struct Cell<std::int32_t> : PlainCell<std::int32_t, VT_I4> {};
-template <> struct Cell<float> : PlainCell<float, VT_R4> {};
-template <> struct Cell<double> : PlainCell<double, VT_R8> {};
+template <>
+struct Cell<std::uint8_t> : PlainCell<std::uint8_t, VT_UI1> {};
+template <>
+struct Cell<std::int16_t> : PlainCell<std::int16_t, VT_I2> {};
+template <>
+struct Cell<std::int32_t> : PlainCell<std::int32_t, VT_I4> {};
+template <>
+struct Cell<float> : PlainCell<float, VT_R4> {};
+template <>
+struct Cell<double> : PlainCell<double, VT_R8> {};
 
-template <> struct Cell<bool> : PlainCell<bool, VT_BOOL> {
+template <>
+struct Cell<bool> : PlainCell<bool, VT_BOOL> {
     using Abi = VARIANT_BOOL;
     static bool read(Abi cell) { return cell != VARIANT_FALSE; }
     static void write(Abi& cell, bool value) { cell = value ? VARIANT_TRUE : VARIANT_FALSE; }
 };
-template <> struct Cell<Currency> : PlainCell<Currency, VT_CY> {
+template <>
+struct Cell<Currency> : PlainCell<Currency, VT_CY> {
     using Abi = CY;
     static Currency read(Abi cell) { return Currency{cell.int64}; }
     static void write(Abi& cell, Currency value) { cell.int64 = value.scaled; }
 };
-template <> struct Cell<Date> : PlainCell<Date, VT_DATE> {
+template <>
+struct Cell<Date> : PlainCell<Date, VT_DATE> {
     using Abi = DATE;
     static Date read(Abi cell) { return Date{cell}; }
     static void write(Abi& cell, Date value) { cell = value.days; }
@@ -60,7 +68,7 @@ template <> struct Cell<Date> : PlainCell<Date, VT_DATE> {
 
 /// Enumerations are Longs; `enumTable(E)` beside the type gives the type library's view.
 template <class E>
-    requires std::is_enum_v<E>
+requires std::is_enum_v<E>
 struct Cell<E> {
     using Abi = LONG;
     static constexpr VARTYPE type = VT_I4;
@@ -73,7 +81,8 @@ struct Cell<E> {
     }
 };
 
-template <> struct Cell<WString> {
+template <>
+struct Cell<WString> {
     using Abi = BSTR;
     static constexpr VARTYPE type = VT_BSTR;
     static WString read(Abi cell) { return WString(viewOf(cell)); }
@@ -89,7 +98,8 @@ template <> struct Cell<WString> {
 /// Puts an interface of `object` into a cell, with a reference of its own.
 void writeInterface(IUnknown*& cell, const Object& object, REFIID iid);
 
-template <> struct Cell<Object> {
+template <>
+struct Cell<Object> {
     using Abi = IDispatch*;
     static constexpr VARTYPE type = VT_DISPATCH;
     static Object read(Abi cell) { return Object(cell); }
@@ -101,7 +111,8 @@ template <> struct Cell<Object> {
     static TypeReference reference() { return {VT_DISPATCH}; }
 };
 
-template <> struct Cell<Picture> {
+template <>
+struct Cell<Picture> {
     using Abi = IPictureDisp*;
     static constexpr VARTYPE type = VT_DISPATCH;
     static Picture read(Abi cell) { return Picture(Object(reinterpret_cast<IUnknown*>(cell))); }
@@ -127,9 +138,7 @@ struct Cell<Ref<C>> {
     static Variant toVariant(const Ref<C>& value) {
         return Variant(value ? value->asObject() : Object());
     }
-    static Ref<C> fromVariant(const Variant& value) {
-        return libraryObject<C>(toObject(value));
-    }
+    static Ref<C> fromVariant(const Variant& value) { return libraryObject<C>(toObject(value)); }
     static TypeReference reference() { return {VT_DISPATCH, false, &C::table}; }
 };
 
@@ -138,7 +147,9 @@ struct Cell<Array<T>> {
     using Abi = SAFEARRAY*;
     static constexpr VARTYPE element = static_cast<VARTYPE>(varTypeOf<T>());
     static constexpr VARTYPE type = static_cast<VARTYPE>(VT_ARRAY | element);
-    static Array<T> read(Abi cell) { return fromVariant(Variant(fromSafeArray(cell, elementTypeOf(cell, VT_EMPTY)))); }
+    static Array<T> read(Abi cell) {
+        return fromVariant(Variant(fromSafeArray(cell, elementTypeOf(cell, VT_EMPTY))));
+    }
     static void write(Abi& cell, const Array<T>& value) {
         SAFEARRAY* fresh = toSafeArray(value);
         if (cell != nullptr && FAILED(SafeArrayDestroy(cell))) {
@@ -163,7 +174,8 @@ struct Cell<Array<T>> {
     static TypeReference reference() { return {type}; }
 };
 
-template <> struct Cell<Variant> {
+template <>
+struct Cell<Variant> {
     using Abi = VARIANT;
     static constexpr VARTYPE type = VT_VARIANT;
     static void write(Abi& cell, const Variant& value) { storeVariant(cell, value); }
@@ -172,7 +184,8 @@ template <> struct Cell<Variant> {
 };
 
 inline bool isMissing(const VARIANTARG* argument) {
-    return argument == nullptr || (argument->vt == VT_ERROR && argument->scode == DISP_E_PARAMNOTFOUND);
+    return argument == nullptr ||
+           (argument->vt == VT_ERROR && argument->scode == DISP_E_PARAMNOTFOUND);
 }
 
 /// The value of an argument that was left out: its default, or the type's zero. Raises 449 when
@@ -180,10 +193,12 @@ inline bool isMissing(const VARIANTARG* argument) {
 template <class T>
 T fallbackFor(const Parameter& parameter) {
     switch (parameter.fallback.kind) {
-        case DefaultValue::Kind::number:
-            return Cell<T>::fromVariant(Variant(parameter.fallback.number));
-        case DefaultValue::Kind::text: return Cell<T>::fromVariant(Variant(parameter.fallback.text));
-        default: break;
+    case DefaultValue::Kind::number:
+        return Cell<T>::fromVariant(Variant(parameter.fallback.number));
+    case DefaultValue::Kind::text:
+        return Cell<T>::fromVariant(Variant(parameter.fallback.text));
+    default:
+        break;
     }
     if (!parameter.isOptional) raise(error::kArgumentNotOptional);
     return T{};
@@ -191,8 +206,8 @@ T fallbackFor(const Parameter& parameter) {
 
 /// Types that a VARIANT holds as they are in C++.
 template <class T>
-inline constexpr bool kPlainInVariant =
-    (std::is_arithmetic_v<T> && !std::is_same_v<T, bool>) || std::is_enum_v<T>;
+inline constexpr bool
+    kPlainInVariant = (std::is_arithmetic_v<T> && !std::is_same_v<T, bool>) || std::is_enum_v<T>;
 
 template <class T>
 T lateValue(const VARIANTARG* argument, const Parameter& parameter) {
@@ -320,8 +335,7 @@ private:
 
 /// Any other in/out argument: read before the call, written back after it.
 template <class T>
-    requires(!std::is_const_v<T>)
-class Argument<T&> {
+requires(!std::is_const_v<T>) class Argument<T&> {
 public:
     using Abi = typename Cell<T>::Abi*;
     static constexpr bool needsFinish = true;
@@ -374,7 +388,8 @@ public:
     static constexpr bool needsFinish = false;
 
     explicit Argument(Abi given) {
-        if (given != nullptr && *given != nullptr) list_.values = Cell<Array<Variant>>::read(*given);
+        if (given != nullptr && *given != nullptr)
+            list_.values = Cell<Array<Variant>>::read(*given);
     }
     Argument(const LateArguments& late, std::size_t, const Member&) {
         std::vector<Variant> values;
@@ -393,9 +408,7 @@ public:
 
     ArgumentList& get() { return list_; }
     void finish() {}
-    static TypeReference reference() {
-        return {static_cast<VARTYPE>(VT_ARRAY | VT_VARIANT), true};
-    }
+    static TypeReference reference() { return {static_cast<VARTYPE>(VT_ARRAY | VT_VARIANT), true}; }
 
 private:
     ArgumentList list_;

@@ -14,7 +14,8 @@ char16_t lowered(char16_t unit) {
 
 std::u16string loweredName(const char* name) {
     std::u16string text;
-    for (; *name != 0; ++name) text += lowered(static_cast<unsigned char>(*name));
+    for (; *name != 0; ++name)
+        text += lowered(static_cast<unsigned char>(*name));
     return text;
 }
 
@@ -80,16 +81,16 @@ DISPID ClassTable::idOf(std::u16string_view asked) const {
 
 bool ClassTable::isInterface(REFIID iid) const {
     return iid == interfaceId || iid == IID_IDispatch || iid == IID_IUnknown ||
-           std::ranges::any_of(aliases, [&](const InterfaceAlias& alias) {
-               return alias.interfaceId == iid;
-           });
+           std::ranges::any_of(
+               aliases, [&](const InterfaceAlias& alias) { return alias.interfaceId == iid; });
 }
 
 void finish(ClassTable& table) {
     numberMembers(table);
     indexMembers(table);
     table.vtable = dispatchSlots();
-    for (const Member& member : table.members) table.vtable.push_back(member.slot);
+    for (const Member& member : table.members)
+        table.vtable.push_back(member.slot);
 }
 
 }  // namespace orvane::automation

@@ -28,8 +28,8 @@ struct EnumTable {
 
 /// A parameter's or result's type as the type library states it.
 struct TypeReference {
-    VARTYPE type = VT_EMPTY;        ///< VT_EMPTY: no result; VT_ARRAY | element for arrays
-    bool byReference = false;       ///< in/out
+    VARTYPE type = VT_EMPTY;   ///< VT_EMPTY: no result; VT_ARRAY | element for arrays
+    bool byReference = false;  ///< in/out
     /// The class whose default interface this is, for VT_DISPATCH; null for any object.
     const ClassTable& (*classTable)() = nullptr;
     /// The enumeration that a VT_I4 is declared as, or null.
@@ -41,7 +41,7 @@ struct TypeReference {
 /// What stands for an argument that the caller left out.
 struct DefaultValue {
     enum class Kind : std::uint8_t { none, number, text } kind = Kind::none;
-    std::int32_t number = 0;            ///< also Booleans, True as -1
+    std::int32_t number = 0;  ///< also Booleans, True as -1
     const char16_t* text = nullptr;
 };
 
@@ -52,7 +52,8 @@ struct ParameterName {
     ParameterName(const char* parameterName, const char16_t* text)
         : name(parameterName), isOptional(true), fallback{DefaultValue::Kind::text, 0, text} {}
     ParameterName(const char* parameterName, std::int32_t number)
-        : name(parameterName), isOptional(true), fallback{DefaultValue::Kind::number, number, nullptr} {}
+        : name(parameterName),
+          isOptional(true), fallback{DefaultValue::Kind::number, number, nullptr} {}
     ParameterName(const char* parameterName, bool value)
         : ParameterName(parameterName, static_cast<std::int32_t>(value ? -1 : 0)) {}
 
@@ -95,10 +96,10 @@ struct Member {
     MemberKind kind;
     std::vector<Parameter> parameters;  ///< without the result
     TypeReference result;
-    bool isVariableArgument = false;    ///< the last parameter collects the rest of the call
+    bool isVariableArgument = false;  ///< the last parameter collects the rest of the call
     const char16_t* help = nullptr;
     LateCall invoke = nullptr;
-    void (*slot)() = nullptr;           ///< the vtable entry
+    void (*slot)() = nullptr;  ///< the vtable entry
 };
 
 /// The events that a class fires, a dispatch interface of their own.
@@ -123,7 +124,7 @@ struct ClassTable {
     GUID classId;
     GUID interfaceId;
     const char16_t* help = nullptr;
-    std::vector<Member> members;            ///< in type-library order, which is the vtable's
+    std::vector<Member> members;  ///< in type-library order, which is the vtable's
     EventTable events;
     std::vector<InterfaceAlias> aliases;
     AutomationObject* (*create)() = nullptr;
@@ -135,16 +136,17 @@ struct ClassTable {
         std::u16string lowered;
         DISPID id;
     };
-    std::vector<NameEntry> names;           ///< sorted by name
+    std::vector<NameEntry> names;  ///< sorted by name
     struct IdEntry {
         DISPID id;
-        std::int16_t members[4];            ///< by `MemberKind`, -1 for none
+        std::int16_t members[4];  ///< by `MemberKind`, -1 for none
     };
-    std::vector<IdEntry> ids;               ///< sorted by identifier
+    std::vector<IdEntry> ids;  ///< sorted by identifier
 
     /// The member with this identifier and kind, or null.
     const Member* find(DISPID id, MemberKind kind) const;
-    /// The identifier of a member's name, without regard to case; DISPID_UNKNOWN when there is none.
+    /// The identifier of a member's name, without regard to case; DISPID_UNKNOWN when there is
+    /// none.
     DISPID idOf(std::u16string_view asked) const;
     bool isInterface(REFIID iid) const;
 };
@@ -156,11 +158,11 @@ struct LibraryTable {
     std::uint16_t major;
     std::uint16_t minor;
     const char16_t* help;
-    std::vector<const ClassTable*> classes;   ///< in type-library order
+    std::vector<const ClassTable*> classes;  ///< in type-library order
     std::vector<const EnumTable*> enums;
     std::uint16_t fileVersion[4];
     const char16_t* versionText;
-    const char* progIdPrefix;                 ///< "OrvBase0301": ProgIDs are prefix, dot, class
+    const char* progIdPrefix;  ///< "OrvBase0301": ProgIDs are prefix, dot, class
 };
 
 /// The library that this code is part of; the module that links the frame defines it.

@@ -44,7 +44,8 @@ public:
     /// The elements of all dimensions together.
     std::size_t size() const {
         std::size_t product = bounds_.empty() ? 0 : 1;
-        for (const Bound& bound : bounds_) product *= bound.count;
+        for (const Bound& bound : bounds_)
+            product *= bound.count;
         return product;
     }
 
@@ -133,9 +134,8 @@ public:
     }
 
     /// A view of `data`, which the caller keeps alive and in place while the array is used.
-    static Array borrow(T* data, std::vector<Bound> bounds)
-        requires std::is_trivially_copyable_v<T>
-    {
+    static Array borrow(T* data,
+                        std::vector<Bound> bounds) requires std::is_trivially_copyable_v<T> {
         Array array;
         array.bounds_ = std::move(bounds);
         array.data_ = data;
@@ -197,7 +197,8 @@ private:
         }
         T* data = static_cast<T*>(allocateZeroed(count * sizeof(T)));
         if (data == nullptr) raise(error::kOutOfMemory);
-        if constexpr (!std::is_trivially_copyable_v<T>) std::uninitialized_default_construct_n(data, count);
+        if constexpr (!std::is_trivially_copyable_v<T>)
+            std::uninitialized_default_construct_n(data, count);
         storage_ = std::unique_ptr<T, Release>(data, Release{count});
         data_ = data;
         bounds_ = std::move(bounds);

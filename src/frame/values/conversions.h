@@ -32,8 +32,8 @@ std::optional<double> numberIn(WStringView text);
 /// "True" and "False" without regard to case and without blanks, or a number.
 bool textToBoolean(WStringView text);
 /// A date as `dateToText` writes it, or in the form "2026-11-21 10:30:00", each also without the
-/// time, without the seconds, or as a time alone, with blanks around; the year has four digits, from
-/// 0100 on. A number counts too.
+/// time, without the seconds, or as a time alone, with blanks around; the year has four digits,
+/// from 0100 on. A number counts too.
 Date textToDate(WStringView text);
 
 /// Up to 15 significant digits, an exponent where the number needs one: "0.1", "1E+15", "1E-05".

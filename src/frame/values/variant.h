@@ -35,7 +35,9 @@ public:
     /// The value of an optional argument that was left out.
     static Variant missing() { return Variant(kMissing); }
     /// Stands for the variable itself; copies stand for the same one.
-    static Variant reference(ReferencePointer target) { return Variant(Content(std::move(target))); }
+    static Variant reference(ReferencePointer target) {
+        return Variant(Content(std::move(target)));
+    }
     /// Stands for `variable`, which must outlive it.
     static Variant reference(Variant& variable);
 
@@ -53,7 +55,8 @@ public:
     Variant(Object value) : content_(std::move(value)) {}
     Variant(ArrayPointer value) : content_(std::move(value)) {}
     template <class T>
-    Variant(Array<T> value) : content_(ArrayPointer(std::make_unique<Array<T>>(std::move(value)))) {}
+    Variant(Array<T> value)
+        : content_(ArrayPointer(std::make_unique<Array<T>>(std::move(value)))) {}
 
     Variant(const Variant& other);
     Variant(Variant&&) noexcept = default;
@@ -114,10 +117,9 @@ public:
     }
 
 private:
-    using Content =
-        std::variant<std::monostate, NullTag, bool, std::uint8_t, std::int16_t, std::int32_t, float,
-                     double, Currency, Date, ErrorValue, WString, Object, ArrayPointer,
-                     ReferencePointer>;
+    using Content = std::variant<std::monostate, NullTag, bool, std::uint8_t, std::int16_t,
+                                 std::int32_t, float, double, Currency, Date, ErrorValue, WString,
+                                 Object, ArrayPointer, ReferencePointer>;
     explicit Variant(Content content) : content_(std::move(content)) {}
 
     Content content_;

@@ -32,7 +32,9 @@ void* allocatePages(std::size_t size) {
     return ::VirtualAlloc(nullptr, size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
 }
 
-bool freePages(void* pages, std::size_t) { return ::VirtualFree(pages, 0, MEM_RELEASE) != 0; }
+bool freePages(void* pages, std::size_t) {
+    return ::VirtualFree(pages, 0, MEM_RELEASE) != 0;
+}
 
 std::string getComputerName() {
     std::array<char, 256> name{};

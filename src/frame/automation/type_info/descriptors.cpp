@@ -71,7 +71,8 @@ MEMBERID inheritedId(std::size_t index) {
 struct FunctionBlock : FUNCDESC {
     FunctionBlock() : FUNCDESC{} {}
     ~FunctionBlock() {
-        for (PARAMDESCEX& fallback : defaults) VariantClear(&fallback.varDefaultValue);
+        for (PARAMDESCEX& fallback : defaults)
+            VariantClear(&fallback.varDefaultValue);
     }
     FunctionBlock(const FunctionBlock&) = delete;
     FunctionBlock& operator=(const FunctionBlock&) = delete;
@@ -108,7 +109,8 @@ TYPEDESC referenceType(HREFTYPE reference) {
 }
 
 TYPEDESC describeType(FunctionBlock& block, const TypeReference& type) {
-    TYPEDESC described = plainType(type.type == VT_EMPTY ? static_cast<VARTYPE>(VT_VOID) : type.type);
+    TYPEDESC described =
+        plainType(type.type == VT_EMPTY ? static_cast<VARTYPE>(VT_VOID) : type.type);
     if ((type.type & VT_ARRAY) != 0) {
         const auto element = plainType(static_cast<VARTYPE>(type.type & VT_TYPEMASK));
         described = block.pointerTo(element, VT_SAFEARRAY);
@@ -158,10 +160,14 @@ ELEMDESC describeParameter(FunctionBlock& block, const Parameter& parameter) {
 
 INVOKEKIND invokeKind(MemberKind kind) {
     switch (kind) {
-        case MemberKind::propertyGet: return INVOKE_PROPERTYGET;
-        case MemberKind::propertyPut: return INVOKE_PROPERTYPUT;
-        case MemberKind::propertyPutReference: return INVOKE_PROPERTYPUTREF;
-        default: return INVOKE_FUNC;
+    case MemberKind::propertyGet:
+        return INVOKE_PROPERTYGET;
+    case MemberKind::propertyPut:
+        return INVOKE_PROPERTYPUT;
+    case MemberKind::propertyPutReference:
+        return INVOKE_PROPERTYPUTREF;
+    default:
+        return INVOKE_FUNC;
     }
 }
 
@@ -212,7 +218,9 @@ WORD implementedTypes(const TypeDescription& type) {
 
 }  // namespace
 
-std::size_t inheritedFunctions(const TypeDescription& type) { return type.isDual() ? kInherited : 0; }
+std::size_t inheritedFunctions(const TypeDescription& type) {
+    return type.isDual() ? kInherited : 0;
+}
 
 std::size_t functionCount(const TypeDescription& type) {
     const auto* members = type.members();
@@ -239,7 +247,9 @@ TYPEATTR* newTypeAttributes(const TypeDescription& type) {
     return attributes;
 }
 
-void freeTypeAttributes(TYPEATTR* attributes) { delete attributes; }
+void freeTypeAttributes(TYPEATTR* attributes) {
+    delete attributes;
+}
 
 FUNCDESC* newFunction(const TypeDescription& type, std::size_t index) {
     auto block = std::make_unique<FunctionBlock>();
@@ -257,7 +267,9 @@ FUNCDESC* newFunction(const TypeDescription& type, std::size_t index) {
     return block.release();
 }
 
-void freeFunction(FUNCDESC* function) { delete static_cast<FunctionBlock*>(function); }
+void freeFunction(FUNCDESC* function) {
+    delete static_cast<FunctionBlock*>(function);
+}
 
 VARDESC* newConstant(const EnumTable& table, std::size_t index) {
     auto* block = new ConstantBlock;
@@ -270,9 +282,13 @@ VARDESC* newConstant(const EnumTable& table, std::size_t index) {
     return block;
 }
 
-void freeConstant(VARDESC* constant) { delete static_cast<ConstantBlock*>(constant); }
+void freeConstant(VARDESC* constant) {
+    delete static_cast<ConstantBlock*>(constant);
+}
 
-MEMBERID constantId(std::size_t index) { return kFirstConstant + static_cast<MEMBERID>(index); }
+MEMBERID constantId(std::size_t index) {
+    return kFirstConstant + static_cast<MEMBERID>(index);
+}
 
 const char* const* inheritedNames(MEMBERID id) {
     for (std::size_t i = 0; i < kInherited; ++i) {

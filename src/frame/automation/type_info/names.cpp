@@ -26,7 +26,8 @@ std::vector<const char*> namesOf(const TypeDescription& type, MEMBERID id) {
     std::vector<const char*> names;
     if (const Member* member = memberOf(type, id)) {
         names.push_back(member->name);
-        for (const Parameter& parameter : member->parameters) names.push_back(parameter.name);
+        for (const Parameter& parameter : member->parameters)
+            names.push_back(parameter.name);
         const bool writes = member->kind == MemberKind::propertyPut ||
                             member->kind == MemberKind::propertyPutReference;
         if (writes) names.pop_back();

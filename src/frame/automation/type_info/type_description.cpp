@@ -72,9 +72,13 @@ const std::vector<Member>* TypeDescription::members() const {
     return classTable != nullptr ? &classTable->members : nullptr;
 }
 
-const std::vector<TypeDescription>& describedTypes() { return types().all; }
+const std::vector<TypeDescription>& describedTypes() {
+    return types().all;
+}
 
-std::size_t ownTypeCount() { return types().own; }
+std::size_t ownTypeCount() {
+    return types().own;
+}
 
 HREFTYPE referenceTo(const ClassTable& defaultInterface) {
     return find([&](const TypeDescription& type) {
@@ -90,8 +94,12 @@ HREFTYPE referenceTo(const EventTable& events) {
     return find([&](const TypeDescription& type) { return type.events == &events; });
 }
 
-HREFTYPE dispatchReference() { return static_cast<HREFTYPE>(types().own); }
+HREFTYPE dispatchReference() {
+    return static_cast<HREFTYPE>(types().own);
+}
 
-HREFTYPE pictureReference() { return static_cast<HREFTYPE>(types().own + 1); }
+HREFTYPE pictureReference() {
+    return static_cast<HREFTYPE>(types().own + 1);
+}
 
 }  // namespace orvane::automation

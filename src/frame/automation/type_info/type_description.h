@@ -13,8 +13,8 @@ struct TypeDescription {
     const char* name;
     GUID guid{};
     const char16_t* help = nullptr;
-    const ClassTable* classTable = nullptr;   ///< classes, their interfaces and aliases of these
-    const EventTable* events = nullptr;       ///< event interfaces
+    const ClassTable* classTable = nullptr;  ///< classes, their interfaces and aliases of these
+    const EventTable* events = nullptr;      ///< event interfaces
     const EnumTable* enumTable = nullptr;
 
     /// The functions that a type has beside IUnknown's and IDispatch's.

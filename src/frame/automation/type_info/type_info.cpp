@@ -56,7 +56,8 @@ HRESULT TypeInfo::GetRefTypeOfImplType(UINT index, HREFTYPE* reference) {
         *reference = dispatchReference();
     } else if (type_.kind == TKIND_COCLASS && index == 0) {
         *reference = referenceTo(*type_.classTable);
-    } else if (type_.kind == TKIND_COCLASS && index == 1 && type_.classTable->events.name != nullptr) {
+    } else if (type_.kind == TKIND_COCLASS && index == 1 &&
+               type_.classTable->events.name != nullptr) {
         *reference = referenceTo(type_.classTable->events);
     } else {
         return TYPE_E_ELEMENTNOTFOUND;
@@ -107,7 +108,9 @@ HRESULT TypeInfo::GetDocumentation(MEMBERID id, BSTR* name, BSTR* helpString, DW
     return giveDocumentation(known, help, name, helpString, helpContext, helpFile);
 }
 
-HRESULT TypeInfo::GetDllEntry(MEMBERID, INVOKEKIND, BSTR*, BSTR*, WORD*) { return E_NOTIMPL; }
+HRESULT TypeInfo::GetDllEntry(MEMBERID, INVOKEKIND, BSTR*, BSTR*, WORD*) {
+    return E_NOTIMPL;
+}
 
 HRESULT TypeInfo::GetRefTypeInfo(HREFTYPE reference, ITypeInfo** info) {
     if (info == nullptr) return E_POINTER;
@@ -116,7 +119,9 @@ HRESULT TypeInfo::GetRefTypeInfo(HREFTYPE reference, ITypeInfo** info) {
     return guarded([&] { *info = new TypeInfo(reference); });
 }
 
-HRESULT TypeInfo::AddressOfMember(MEMBERID, INVOKEKIND, PVOID*) { return E_NOTIMPL; }
+HRESULT TypeInfo::AddressOfMember(MEMBERID, INVOKEKIND, PVOID*) {
+    return E_NOTIMPL;
+}
 
 HRESULT TypeInfo::CreateInstance(IUnknown* outer, REFIID iid, PVOID* object) {
     if (object == nullptr) return E_POINTER;
@@ -132,7 +137,9 @@ HRESULT TypeInfo::CreateInstance(IUnknown* outer, REFIID iid, PVOID* object) {
     return FAILED(status) || *object != nullptr ? status : E_NOINTERFACE;
 }
 
-HRESULT TypeInfo::GetMops(MEMBERID, BSTR*) { return E_NOTIMPL; }
+HRESULT TypeInfo::GetMops(MEMBERID, BSTR*) {
+    return E_NOTIMPL;
+}
 
 HRESULT TypeInfo::GetContainingTypeLib(ITypeLib** library, UINT* index) {
     if (library == nullptr) return E_POINTER;
@@ -142,11 +149,17 @@ HRESULT TypeInfo::GetContainingTypeLib(ITypeLib** library, UINT* index) {
     return typeLibrary(library);
 }
 
-void TypeInfo::ReleaseTypeAttr(TYPEATTR* attributes) { freeTypeAttributes(attributes); }
+void TypeInfo::ReleaseTypeAttr(TYPEATTR* attributes) {
+    freeTypeAttributes(attributes);
+}
 
-void TypeInfo::ReleaseFuncDesc(FUNCDESC* function) { freeFunction(function); }
+void TypeInfo::ReleaseFuncDesc(FUNCDESC* function) {
+    freeFunction(function);
+}
 
-void TypeInfo::ReleaseVarDesc(VARDESC* variable) { freeConstant(variable); }
+void TypeInfo::ReleaseVarDesc(VARDESC* variable) {
+    freeConstant(variable);
+}
 
 HRESULT giveDocumentation(const char* ownName, const char16_t* ownHelp, BSTR* name,
                           BSTR* helpString, DWORD* helpContext, BSTR* helpFile) {

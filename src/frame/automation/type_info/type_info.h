@@ -25,7 +25,8 @@ public:
                    EXCEPINFO* exception, UINT* argumentError) override;
     HRESULT GetDocumentation(MEMBERID id, BSTR* name, BSTR* helpString, DWORD* helpContext,
                              BSTR* helpFile) override;
-    HRESULT GetDllEntry(MEMBERID id, INVOKEKIND kind, BSTR* dll, BSTR* name, WORD* ordinal) override;
+    HRESULT GetDllEntry(MEMBERID id, INVOKEKIND kind, BSTR* dll, BSTR* name,
+                        WORD* ordinal) override;
     HRESULT GetRefTypeInfo(HREFTYPE reference, ITypeInfo** info) override;
     HRESULT AddressOfMember(MEMBERID id, INVOKEKIND kind, PVOID* address) override;
     HRESULT CreateInstance(IUnknown* outer, REFIID iid, PVOID* object) override;

@@ -55,7 +55,8 @@ HRESULT TypeLibrary::GetDocumentation(INT index, BSTR* name, BSTR* helpString, D
                                       BSTR* helpFile) {
     if (index == -1) {
         const LibraryTable& library = libraryTable();
-        return giveDocumentation(library.name, library.help, name, helpString, helpContext, helpFile);
+        return giveDocumentation(library.name, library.help, name, helpString, helpContext,
+                                 helpFile);
     }
     if (index < 0 || static_cast<std::size_t>(index) >= ownTypeCount()) {
         return TYPE_E_ELEMENTNOTFOUND;
@@ -67,10 +68,10 @@ HRESULT TypeLibrary::GetDocumentation(INT index, BSTR* name, BSTR* helpString, D
 bool isParameterName(const TypeDescription& type, const OLECHAR* name) {
     const auto* members = type.members();
     return members != nullptr && std::ranges::any_of(*members, [&](const Member& member) {
-        return std::ranges::any_of(member.parameters, [&](const Parameter& parameter) {
-            return sameName(parameter.name, name);
-        });
-    });
+               return std::ranges::any_of(member.parameters, [&](const Parameter& parameter) {
+                   return sameName(parameter.name, name);
+               });
+           });
 }
 
 HRESULT TypeLibrary::IsName(LPOLESTR name, ULONG, BOOL* found) {
@@ -110,9 +111,8 @@ HRESULT typeInfoOf(REFGUID guid, ITypeInfo** info) {
     if (guid == GUID_NULL) return TYPE_E_ELEMENTNOTFOUND;
     const auto& types = describedTypes();
     const auto end = types.begin() + static_cast<std::ptrdiff_t>(ownTypeCount());
-    const auto found = std::find_if(types.begin(), end, [&](const TypeDescription& type) {
-        return type.guid == guid;
-    });
+    const auto found = std::find_if(types.begin(), end,
+                                    [&](const TypeDescription& type) { return type.guid == guid; });
     if (found == end) return TYPE_E_ELEMENTNOTFOUND;
     return guarded([&] { *info = new TypeInfo(static_cast<HREFTYPE>(found - types.begin())); });
 }

@@ -91,8 +91,8 @@ typedef struct OrvaneCodecTable {
     uint32_t version;
     /// sizeof(OrvaneDecoded) of the module.
     uint32_t decodedSize;
-    /// 1 when a file that starts with these bytes (the first ORVANE_CODEC_SIGNATURE, or all) is of a
-    /// format that decode knows: a large file of another reader need not be read for it.
+    /// 1 when a file that starts with these bytes (the first ORVANE_CODEC_SIGNATURE, or all) is of
+    /// a format that decode knows: a large file of another reader need not be read for it.
     int (*recognises)(const uint8_t* start, size_t size);
     /// Decodes a BMP, JPEG, GIF, ICO, CUR, WMF or EMF file, told by its first bytes. Gives an
     /// OrvaneCodecResult. `out` is overwritten; it is all zero after any result but OK, and has to

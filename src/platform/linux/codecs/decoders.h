@@ -7,8 +7,8 @@
 #include <span>
 
 // One reader per format. `is...` tells by the first bytes, of which `kSignatureBytes` are enough,
-// whether a file is of the format at all. The reader takes a whole file and a zeroed `out`, and gives NOT_RECOGNISED when
-// it isn't. After any result but OK, and after bad_alloc, which some
+// whether a file is of the format at all. The reader takes a whole file and a zeroed `out`, and
+// gives NOT_RECOGNISED when it isn't. After any result but OK, and after bad_alloc, which some
 // throw, `out` may hold memory: `release` it. decodeAny sees to both.
 
 namespace orvane::codecs {
