@@ -5,6 +5,7 @@
 
 #include "main/orvMain.h"
 
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -94,7 +95,7 @@ std::string makeFile(const Variant& variant) {
 long peakKilobytes(const std::string& host, const std::string& path) {
     const pid_t child = fork();
     if (child == 0) {
-        close(STDOUT_FILENO);
+        dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
         execl(host.c_str(), host.c_str(), "picture", "info", path.c_str(), nullptr);
         _exit(127);
     }
