@@ -139,7 +139,8 @@ void convertIndexed(const Bitmap& bitmap, const std::uint8_t* from, std::uint8_t
     const std::uint32_t most = (1u << bitmap.bits) - 1;
     for (std::uint32_t x = 0; x < bitmap.width; ++x) {
         const std::uint32_t shift = (perByte - 1 - x % perByte) * bitmap.bits;
-        to = std::ranges::copy(bitmap.palette[from[x / perByte] >> shift & most], to).out;
+        const std::uint32_t index = from[x / perByte];
+        to = std::ranges::copy(bitmap.palette[index >> shift & most], to).out;
     }
 }
 
