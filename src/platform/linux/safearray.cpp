@@ -116,7 +116,7 @@ void freeDescriptor(SAFEARRAY* array) {
 /// Gives the array zeroed data; false when it would be too much.
 bool makeData(SAFEARRAY* array) {
     const std::uint64_t count = cellCount(array->rgsabound, array->cDims);
-    if (count * array->cbElements > kMostBytes) {
+    if (array->cbElements == 0 || count > kMostBytes / array->cbElements) {
         return false;
     }
     const auto bytes = static_cast<std::size_t>(count * array->cbElements);

@@ -123,6 +123,12 @@ TEST(SafeArrays, RefuseWhatCannotBe) {
     EXPECT_EQ(SafeArrayCreate(VT_I4, 0, nullptr), nullptr);
     SAFEARRAYBOUND many[] = {{0x10000, 0}, {0x10000, 0}, {0x10000, 0}, {0x10000, 0}};
     EXPECT_EQ(SafeArrayCreate(VT_I4, 4, many), nullptr);
+    // 2^61 elements of 8 bytes and 2^60 of 16: their bytes are 2^64, which 64 bits take for none.
+    SAFEARRAYBOUND wrapping[] = {{0x80000000, 0}, {0x40000000, 0}};
+    EXPECT_EQ(SafeArrayCreate(VT_R8, 2, wrapping), nullptr);
+    EXPECT_EQ(SafeArrayCreate(VT_BSTR, 2, wrapping), nullptr);
+    wrapping[0].cElements = 0x40000000;
+    EXPECT_EQ(SafeArrayCreate(VT_DECIMAL, 2, wrapping), nullptr);
 }
 
 TEST(SafeArrays, MayBeEmpty) {
