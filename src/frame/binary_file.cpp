@@ -40,6 +40,7 @@ constexpr std::array kErrorPairs = {
     ErrorPair{161, error::kPathNotFound},  // malformed path
     ErrorPair{platform::kErrorAlreadyExists, error::kFileExists},
     ErrorPair{206, error::kBadFileNumber},  // name or path too long
+    ErrorPair{267, error::kPathNotFound},   // no such folder, or a file in its place
 };
 
 [[noreturn]] void raisePlatformError() {

@@ -219,7 +219,8 @@ TEST(GetTempFileName2, WithoutAFolderUsesTheSystemsTemporaryFolder) {
 }
 
 TEST_F(FileNames, GetTempFileName2RaisesForAFolderThatIsNotThere) {
-    EXPECT_NE(raisedBy([this] { nqGetTempFileName2(entry(u"missing"), u"TMP"); }), 0);
+    EXPECT_EQ(raisedBy([this] { nqGetTempFileName2(entry(u"missing"), u"TMP"); }),
+              error::kPathNotFound);
     ScopedTarget fake(kernel32.GetTempFileNameA, [](const std::string&, const std::string&) {
         platform::setLastError(platform::kErrorPathNotFound);
         return std::string();
