@@ -2,6 +2,7 @@
 #include "platform/linux/handle_table.h"
 #include "platform/linux/kernel32_parts.h"
 #include "platform/linux/names.h"
+#include "platform/linux/quiet_write.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -172,9 +173,11 @@ bool writeFile(FileHandle handle, std::span<const std::uint8_t> data, std::uint3
     int failure = 0;
     written = moveAll(data.size(), false, failure, [&](std::size_t done, std::size_t left) {
         const std::uint8_t* from = data.data() + done;
-        return file->seekable ? ::pwrite(file->descriptor, from, left,
-                                         file->position + static_cast<std::int64_t>(done))
-                              : ::write(file->descriptor, from, left);
+        return writeQuietly([&] {
+            return file->seekable ? ::pwrite(file->descriptor, from, left,
+                                             file->position + static_cast<std::int64_t>(done))
+                                  : ::write(file->descriptor, from, left);
+        });
     });
     file->position += written;
     return failure == 0 || failWith(errorFromErrno(failure), false);

@@ -1,6 +1,7 @@
 #include "platform/linux/errors.h"
 #include "platform/linux/kernel32_parts.h"
 #include "platform/linux/names.h"
+#include "platform/linux/quiet_write.h"
 #include "platform/linux/text_files.h"
 
 #include <algorithm>
@@ -85,11 +86,8 @@ bool systemVersion(SystemVersion& version) {
     version.build = takeNumber(release);
     version.platformId = kNtLine;
     version.servicePack.clear();
-    std::string name = assignedText(fileText("/etc/os-release"), "PRETTY_NAME");
-    if (name.empty()) {
-        name = assignedText(fileText("/usr/lib/os-release"), "PRETTY_NAME");
-    }
-    version.systemName = ansiName(name);
+    version.systemName = ansiName(
+        systemTitle(fileText("/etc/os-release"), fileText("/usr/lib/os-release"), system.sysname));
     return true;
 }
 
@@ -106,7 +104,7 @@ void outputDebugString(const std::string& text) {
     }
     // One write, so that lines of several threads don't mix; a closed error output is nobody's
     // loss.
-    [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, line.data(), line.size());
+    writeQuietly([&line] { return ::write(STDERR_FILENO, line.data(), line.size()); });
 }
 
 std::uint32_t tickCount() {

@@ -64,4 +64,15 @@ std::string assignedText(std::string_view text, std::string_view name) {
     return out;
 }
 
+std::string systemTitle(std::string_view administrators, std::string_view vendors,
+                        std::string_view kernel) {
+    for (const std::string_view text : {administrators, vendors}) {
+        std::string title = assignedText(text, "PRETTY_NAME");
+        if (!title.empty()) {
+            return title;
+        }
+    }
+    return std::string(kernel);
+}
+
 }  // namespace orvane::platform

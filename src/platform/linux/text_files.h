@@ -19,4 +19,9 @@ std::uint64_t namedNumber(std::string_view text, std::string_view name);
 /// off, backslash escapes resolved. Empty when it isn't assigned.
 std::string assignedText(std::string_view text, std::string_view name);
 
+/// The system's name for people, from the texts of the administrator's and the vendor's os-release
+/// file; `kernel` where neither has one, since without a name the system would count as a Windows.
+std::string systemTitle(std::string_view administrators, std::string_view vendors,
+                        std::string_view kernel);
+
 }  // namespace orvane::platform

@@ -7,7 +7,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
 namespace orvane::platform {
 namespace {
@@ -44,6 +46,21 @@ TEST(LinuxHostFacts, ThereIsNoMultimediaLibrary) {
     EXPECT_EQ(lastError(), kErrorModuleNotFound);
 }
 
+TEST(LinuxHostFacts, ADebugTextThatNobodyReadsHarmsNobody) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        int ends[2] = {-1, -1};
+        const bool made = ::pipe(ends) == 0 && ::dup2(ends[1], STDERR_FILENO) == STDERR_FILENO;
+        ::close(ends[0]);
+        ::setenv("ORVANE_DEBUG", "1", 1);
+        kernel32.OutputDebugStringA("text");
+        ::_exit(made ? 0 : 1);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+}
+
 TEST(TextFiles, NumbersAreFoundByName) {
     constexpr auto kText = "MemTotal:  2048 kB\nMemFree:\t7 kB\nBig: 99999999999999999999\n";
     EXPECT_EQ(namedNumber(kText, "MemTotal"), 2048u);
@@ -62,6 +79,12 @@ TEST(TextFiles, AssignmentsLoseTheirQuotes) {
     EXPECT_EQ(assignedText(kText, "E"), "\"");
     EXPECT_EQ(assignedText(kText, "LAST"), "x");
     EXPECT_EQ(assignedText(kText, "AST"), "");
+}
+
+TEST(TextFiles, TheSystemHasANameInAnyCase) {
+    EXPECT_EQ(systemTitle("PRETTY_NAME=\"One 1\"\n", "PRETTY_NAME=Two\n", "Linux"), "One 1");
+    EXPECT_EQ(systemTitle("NAME=One\n", "PRETTY_NAME=Two\n", "Linux"), "Two");
+    EXPECT_EQ(systemTitle("", "PRETTY_NAME=\n", "Linux"), "Linux");
 }
 
 TEST(CommandLine, WordsAreJoinedByOneBlank) {

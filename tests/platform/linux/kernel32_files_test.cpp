@@ -1,6 +1,7 @@
 #include "platform/kernel32.h"
 
 #include "platform/linux/errors.h"
+#include "platform/linux/quiet_write.h"
 #include "support/temp_dir.h"
 
 #include <array>
@@ -83,6 +84,57 @@ TEST_F(LinuxFilesTest, AFullDiskIs112) {
     EXPECT_EQ(lastError(), kErrorDiskFull);
     EXPECT_EQ(written, 0u);
     EXPECT_TRUE(kernel32.CloseHandle(full));
+}
+
+TEST_F(LinuxFilesTest, APipeThatNobodyReadsIs109AndNoSignal) {
+    const std::string name = dir_.file("pipe");
+    ASSERT_EQ(::mkfifo(name.c_str(), 0600), 0);
+    const int reader = ::open(name.c_str(), O_RDONLY | O_NONBLOCK);
+    const FileHandle pipe =
+        kernel32.CreateFileA(name, FileAccess::write, FileDisposition::openExisting);
+    ::close(reader);
+    ASSERT_NE(pipe, FileHandle::none);
+    std::array<std::uint8_t, 4> block{};
+    std::uint32_t written = 9;
+    EXPECT_FALSE(kernel32.WriteFile(pipe, block, written));
+    EXPECT_EQ(lastError(), kErrorBrokenPipe);
+    EXPECT_EQ(written, 0u);
+    EXPECT_TRUE(kernel32.CloseHandle(pipe));
+}
+
+TEST_F(LinuxFilesTest, AFileThatMayNotGrowIs223AndNoSignal) {
+    const FileHandle file =
+        kernel32.CreateFileA(dir_.file("short"), FileAccess::write, FileDisposition::createNew);
+    rlimit before{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit two{2, before.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &two), 0);
+    std::array<std::uint8_t, 4> block{};
+    std::uint32_t written = 9;
+    const bool all = kernel32.WriteFile(file, block, written);
+    const std::uint32_t error = lastError();
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_FALSE(all);
+    EXPECT_EQ(error, kErrorFileTooLarge);
+    EXPECT_EQ(written, 2u);
+    EXPECT_TRUE(kernel32.CloseHandle(file));
+}
+
+TEST_F(LinuxFilesTest, ASignalThatTheHostHoldsBackStaysItsOwn) {
+    sigset_t held;
+    sigset_t before;
+    sigemptyset(&held);
+    sigaddset(&held, SIGPIPE);
+    ASSERT_EQ(::pthread_sigmask(SIG_BLOCK, &held, &before), 0);
+    int ends[2] = {-1, -1};
+    ASSERT_EQ(::pipe(ends), 0);
+    ::close(ends[0]);
+    EXPECT_EQ(writeQuietly([&] { return ::write(ends[1], "x", 1); }), -1);
+    EXPECT_EQ(errno, EPIPE);
+    ::close(ends[1]);
+    constexpr timespec kNow{};
+    EXPECT_EQ(::sigtimedwait(&held, nullptr, &kNow), SIGPIPE);
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 TEST_F(LinuxFilesTest, WhatMayNotBeReadIs5) {
