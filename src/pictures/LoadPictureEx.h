@@ -19,6 +19,8 @@ Picture LoadPictureEx(WStringView fileName, Ref<PictureInfo>& info);
 Variant LoadPictureExByVar(const Variant& fileName, Variant& info);
 
 /// Loads a picture from its file's bytes by way of a temporary file, which is gone afterwards.
+/// Raises what `LoadPictureEx` raises, and the file's error when the bytes can't be written: then
+/// a file that was made stays.
 Picture LoadResPictureByData(const Array<std::uint8_t>& data, Ref<PictureInfo>& info);
 
 /// Which formats beside the bitmaps a file dialog's filter names.

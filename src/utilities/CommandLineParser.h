@@ -20,7 +20,8 @@ public:
     /// The number of parameters, without the program name.
     std::int32_t Count();
 
-    /// Parameter `index` from 0; -1 is the program name. Raises 9 below -1 and past the end.
+    /// Parameter `index` from 0; -1 is the program name. Raises 9 below -1 and past the end, 6 for
+    /// the last two Longs, which have no place in a list that begins two before them.
     WString Item(std::int32_t index);
 
     /// Replaces the tokens by those of `newCommandLine`. With `addDummyEXEModuleName` the host's

@@ -55,7 +55,7 @@ HRESULT fromDouble(double number, LONG& result) {
     return S_OK;
 }
 
-/// A number of any of the automation types, plain or by reference, as a Long.
+/// A number of one of the types that hosts pass, plain or by reference, as a Long.
 HRESULT toLong(const VARIANT& argument, LONG& result) {
     VARIANT value;
     VariantInit(&value);

@@ -66,7 +66,7 @@ public:
     /// A surface of its own with the same pixels; null with the last error 8.
     std::shared_ptr<Surface> copy() const;
 
-    /// The device context that it is selected in. `selectionMutex` guards it.
+    /// The device context that it is selected in. The device contexts' lock guards it.
     DeviceContext selectedIn = DeviceContext::none;
     /// The bitmap that a new device context has: any number of them at once, never deleted.
     bool isStock = false;
