@@ -64,10 +64,11 @@ private:
         variable_ = variable;
         if (*variable == nullptr) return;
         if constexpr (kInPlace<T>) {
+            auto bounds = arrayBounds(**variable);
             void* data = nullptr;
             if (FAILED(SafeArrayAccessData(*variable, &data))) raise(error::kArrayLocked);
             locked_ = *variable;
-            value_ = Array<T>::borrow(static_cast<T*>(data), arrayBounds(**variable));
+            value_ = Array<T>::borrow(static_cast<T*>(data), std::move(bounds));
         } else {
             value_ = Cell<Array<T>>::read(*variable);
         }

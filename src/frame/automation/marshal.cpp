@@ -8,6 +8,9 @@
 namespace orvane::automation {
 namespace {
 
+/// Arrays whose memory belongs to a host's declaration.
+constexpr USHORT kFixed = FADF_AUTO | FADF_STATIC | FADF_FIXEDSIZE;
+
 // One element of a SAFEARRAY or one VT_BYREF target, as it lies in memory.
 Variant readCell(VARTYPE type, const void* cell) {
     switch (type) {
@@ -98,7 +101,13 @@ void writeCell(VARTYPE type, void* cell, const Variant& value) {
     case VT_DISPATCH:
     case VT_UNKNOWN: {
         Object object = toObject(value);
-        IUnknown* fresh = type == VT_DISPATCH ? dispatchOf(object) : object.detach();
+        IUnknown* fresh = object.unknown();
+        if (type == VT_DISPATCH) {
+            fresh = dispatchOf(object);
+            if (fresh == nullptr && !object.isNothing()) raise(error::kTypeMismatch);
+        } else {
+            object.detach();
+        }
         if (IUnknown* former = std::exchange(*static_cast<IUnknown**>(cell), fresh)) {
             former->Release();
         }
@@ -255,19 +264,19 @@ void storeVariant(VARIANT& place, const Variant& value) {
         if (array == nullptr || vartypeOf(array->elementType()) != (place.vt & VT_TYPEMASK)) {
             raise(error::kTypeMismatch);
         }
-        SAFEARRAY* fresh = toSafeArray(*array);
-        if (*place.pparray != nullptr && FAILED(SafeArrayDestroy(*place.pparray))) {
-            SafeArrayDestroy(fresh);
-            raise(error::kArrayLocked);
-        }
-        *place.pparray = fresh;
+        replaceArray(*place.pparray, *array);
     } else if ((place.vt & VT_BYREF) != 0) {
         writeCell(static_cast<VARTYPE>(place.vt & VT_TYPEMASK), place.byref, value);
     } else {
         VARIANT fresh{};
         toVariant(fresh, value);
-        VariantClear(&place);
-        place = fresh;
+        // What the former value releases may look at the place again.
+        VARIANT former = std::exchange(place, fresh);
+        if (FAILED(VariantClear(&former))) {
+            place = former;
+            VariantClear(&fresh);
+            raise(error::kArrayLocked);
+        }
     }
 }
 
@@ -330,6 +339,17 @@ void storeElements(SAFEARRAY* target, const ArrayBase& array) {
                         store(dynamic_cast<const Array<Object>*>(&array)) ||
                         store(dynamic_cast<const Array<Variant>*>(&array));
     if (!stored) raise(error::kTypeMismatch);
+}
+
+void replaceArray(SAFEARRAY*& place, const ArrayBase& array) {
+    const bool fixed = place != nullptr && (place->fFeatures & kFixed) != 0;
+    if (fixed) raise(error::kArrayLocked);
+    SAFEARRAY* fresh = toSafeArray(array);
+    if (place != nullptr && FAILED(SafeArrayDestroy(place))) {
+        SafeArrayDestroy(fresh);
+        raise(error::kArrayLocked);
+    }
+    place = fresh;
 }
 
 SAFEARRAY* toSafeArray(const ArrayBase& array) {

@@ -22,6 +22,16 @@ void toVariant(VARIANT& out, const Variant& value);
 /// variable's type.
 void storeVariant(VARIANT& place, const Variant& value);
 
+/// A VARIANT that owns what it holds.
+struct OwnedVariant {
+    OwnedVariant() = default;
+    OwnedVariant(const OwnedVariant&) = delete;
+    OwnedVariant& operator=(const OwnedVariant&) = delete;
+    ~OwnedVariant() { VariantClear(&value); }
+
+    VARIANT value{};
+};
+
 /// The bounds of an array, first dimension first.
 std::vector<Bound> arrayBounds(const SAFEARRAY& array);
 
@@ -29,6 +39,9 @@ std::vector<Bound> arrayBounds(const SAFEARRAY& array);
 SAFEARRAY* toSafeArray(const ArrayBase& array);
 /// The array in a SAFEARRAY; null gives an unallocated array of the element type.
 Variant::ArrayPointer fromSafeArray(SAFEARRAY* array, VARTYPE elementType);
+/// Puts a new SAFEARRAY with the elements and bounds of `array` into `place` and frees the former
+/// one. Raises 10 when that one is locked, or is a fixed-size array, which can't be replaced.
+void replaceArray(SAFEARRAY*& place, const ArrayBase& array);
 /// Stores the elements of `array` into `target`, which has the same bounds.
 void storeElements(SAFEARRAY* target, const ArrayBase& array);
 /// The element type of an array that comes without a tag of its own.

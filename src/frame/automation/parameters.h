@@ -148,16 +148,10 @@ struct Cell<Array<T>> {
     static constexpr VARTYPE element = static_cast<VARTYPE>(varTypeOf<T>());
     static constexpr VARTYPE type = static_cast<VARTYPE>(VT_ARRAY | element);
     static Array<T> read(Abi cell) {
+        if (cell == nullptr) return {};
         return fromVariant(Variant(fromSafeArray(cell, elementTypeOf(cell, VT_EMPTY))));
     }
-    static void write(Abi& cell, const Array<T>& value) {
-        SAFEARRAY* fresh = toSafeArray(value);
-        if (cell != nullptr && FAILED(SafeArrayDestroy(cell))) {
-            if (fresh != nullptr) SafeArrayDestroy(fresh);
-            raise(error::kArrayLocked);
-        }
-        cell = fresh;
-    }
+    static void write(Abi& cell, const Array<T>& value) { replaceArray(cell, value); }
     static Variant toVariant(Array<T> value) { return Variant(std::move(value)); }
     static Array<T> fromVariant(const Variant& value) {
         if (const auto* direct = value.asArray<T>()) return *direct;

@@ -1,5 +1,7 @@
 #include "host.h"
 
+#include "support/raised_error.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -8,6 +10,7 @@ namespace orvane::automation {
 namespace {
 
 using test::HostVariant;
+using test::raisedBy;
 
 Variant throughVariant(const Variant& value) {
     return HostVariant(value).content();
@@ -115,6 +118,62 @@ TEST(Marshal, StoringReplacesAndFreesWhatWasThere) {
     EXPECT_EQ(place.value.vt, VT_ARRAY | VT_BSTR);
     storeVariant(place.value, Variant(std::int32_t{1}));
     EXPECT_EQ(place.value.vt, VT_I4);
+}
+
+TEST(Marshal, APlaceWhoseArrayIsLockedKeepsIt) {
+    HostVariant place{Variant(Array<std::int32_t>::of({1}))};
+    SAFEARRAY* const array = place.value.parray;
+    void* data = nullptr;
+    SafeArrayAccessData(array, &data);
+    EXPECT_EQ(raisedBy([&] { storeVariant(place.value, Variant(u"x")); }), error::kArrayLocked);
+    EXPECT_EQ(place.value.parray, array);
+    SafeArrayUnaccessData(array);
+}
+
+TEST(Marshal, AFixedSizeArrayIsNotReplaced) {
+    SAFEARRAY* array = toSafeArray(Array<std::int32_t>::of({1, 2}));
+    array->fFeatures |= FADF_FIXEDSIZE;
+    SAFEARRAY* const before = array;
+    EXPECT_EQ(raisedBy([&] { replaceArray(array, Array<std::int32_t>::of({3})); }),
+              error::kArrayLocked);
+    EXPECT_EQ(array, before);
+    EXPECT_EQ(static_cast<LONG*>(array->pvData)[1], 2);
+    SafeArrayDestroy(array);
+}
+
+// An object with an identity and nothing else.
+class Bare final : public IUnknown {
+public:
+    virtual ~Bare() = default;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        *object = iid == IID_IUnknown ? this : nullptr;
+        if (*object == nullptr) return E_NOINTERFACE;
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+    ULONG STDMETHODCALLTYPE Release() override { return --references; }
+
+    ULONG references = 1;
+};
+
+TEST(Marshal, AnObjectWithoutMembersFitsNoVariableForOnesWithMembers) {
+    Bare bare;
+    IDispatch* variable = nullptr;
+    VARIANT place{};
+    place.vt = VT_BYREF | VT_DISPATCH;
+    place.ppdispVal = &variable;
+    EXPECT_EQ(raisedBy([&] { storeVariant(place, Variant(Object(&bare))); }), error::kTypeMismatch);
+    EXPECT_EQ(variable, nullptr);
+    EXPECT_EQ(bare.references, 1U);
+
+    IUnknown* any = nullptr;
+    place.vt = VT_BYREF | VT_UNKNOWN;
+    place.ppunkVal = &any;
+    storeVariant(place, Variant(Object(&bare)));
+    EXPECT_EQ(any, &bare);
+    EXPECT_EQ(bare.references, 2U);
 }
 
 TEST(Marshal, AReferenceReadsAndWritesItsPlace) {
