@@ -46,21 +46,30 @@ struct ArgumentSlots<std::index_sequence<index...>, A...> : ArgumentSlot<index, 
     // By-reference arguments go back whether the call succeeded or not: the variable is the
     // caller's own, and what was stored in it before the failure stays.
     template <class Body>
-    void run(Body&& body) {
-        if constexpr (needsFinish) {
-            try {
-                body();
-            } catch (...) {
-                ErrorTrap trap;
-                trap([this] { finish(); });
-                throw;
-            }
+    decltype(auto) run(Body&& body) {
+        if constexpr (!needsFinish) {
+            return body();
+        } else if constexpr (std::is_void_v<decltype(body())>) {
+            attempt(body);
             finish();
         } else {
-            body();
+            decltype(auto) result = attempt(body);
+            finish();
+            return result;
         }
     }
 
+private:
+    template <class Body>
+    decltype(auto) attempt(Body&& body) {
+        try {
+            return body();
+        } catch (...) {
+            ErrorTrap trap;
+            trap([this] { finish(); });
+            throw;
+        }
+    }
     void finish() { (static_cast<ArgumentSlot<index, A>&>(*this).argument.finish(), ...); }
 };
 
@@ -72,17 +81,18 @@ struct MemberThunk<member, R (T::*)(A...)> {
     using Slots = ArgumentSlots<std::index_sequence_for<A...>, A...>;
     using Result = std::remove_cvref_t<R>;
 
+    // The result is stored last: a caller doesn't look at one, nor free it, when the call failed.
     template <class Store>
     static void carryOut(Slots& slots, T& object, Store&& store) {
-        slots.run([&] {
-            slots.call([&](auto&&... arguments) {
-                if constexpr (std::is_void_v<R>) {
-                    (object.*member)(arguments...);
-                } else {
-                    store((object.*member)(arguments...));
-                }
-            });
-        });
+        const auto body = [&]() -> R {
+            return slots.call(
+                [&](auto&&... arguments) -> R { return (object.*member)(arguments...); });
+        };
+        if constexpr (std::is_void_v<R>) {
+            slots.run(body);
+        } else {
+            store(slots.run(body));
+        }
     }
 
     static HRESULT STDMETHODCALLTYPE earlyVoid(InterfaceHeader* self,

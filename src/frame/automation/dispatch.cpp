@@ -7,11 +7,13 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <vector>
 
 namespace orvane::automation {
 namespace {
 
-constexpr std::size_t kMostArguments = 64;
+/// More parameters than any member has; what a variable-argument member collects isn't limited.
+constexpr std::size_t kMostParameters = 64;
 
 bool sameName(const char* known, WStringView asked) {
     const auto lower = [](char16_t unit) {
@@ -59,16 +61,17 @@ const Member* chooseMember(const ClassTable& table, DISPID id, WORD flags) {
 }
 
 struct Arranged {
-    std::array<VARIANTARG*, kMostArguments> values{};
-    std::array<VARIANTARG*, kMostArguments> rest{};
-    std::size_t restCount = 0;
+    std::array<VARIANTARG*, kMostParameters> values{};
+    std::vector<VARIANTARG*> rest;
 };
 
 // DISPPARAMS hold positional arguments last first, behind the named ones.
 HRESULT arrange(const Member& member, const DISPPARAMS& given, bool put, Arranged& arranged,
                 UINT* argumentError) {
     const std::size_t parameters = member.parameters.size();
-    if (given.cArgs > kMostArguments || given.cNamedArgs > given.cArgs) return DISP_E_BADPARAMCOUNT;
+    if (given.cNamedArgs > given.cArgs) return DISP_E_BADPARAMCOUNT;
+    if (given.cArgs != 0 && given.rgvarg == nullptr) return E_POINTER;
+    if (given.cNamedArgs != 0 && given.rgdispidNamedArgs == nullptr) return E_POINTER;
     const std::size_t positional = given.cArgs - given.cNamedArgs;
     std::size_t fixed = member.isVariableArgument ? parameters - 1 : parameters;
     for (std::size_t i = 0; i < positional; ++i) {
@@ -76,7 +79,7 @@ HRESULT arrange(const Member& member, const DISPPARAMS& given, bool put, Arrange
         if (i < fixed) {
             arranged.values[i] = argument;
         } else if (member.isVariableArgument) {
-            arranged.rest[arranged.restCount++] = argument;
+            arranged.rest.push_back(argument);
         } else {
             return DISP_E_BADPARAMCOUNT;
         }
@@ -102,11 +105,11 @@ UINT argumentIndex(const DISPPARAMS& given, const VARIANTARG* argument) {
     return 0;
 }
 
+// What a member raises about an argument before it runs is told as a status of its own only where
+// the number comes out the same for the caller.
 std::optional<HRESULT> argumentStatus(std::int32_t errorNumber) {
     switch (errorNumber) {
     case error::kTypeMismatch:
-    case error::kInvalidUseOfNull:
-    case error::kObjectRequired:
         return DISP_E_TYPEMISMATCH;
     case error::kOverflow:
         return DISP_E_OVERFLOW;
@@ -117,31 +120,25 @@ std::optional<HRESULT> argumentStatus(std::int32_t errorNumber) {
     }
 }
 
-// What a member raises about an argument before it runs is told as a status of its own only where
-// the number comes out the same for the caller.
-bool keepsNumber(std::int32_t errorNumber) {
-    const auto status = argumentStatus(errorNumber);
-    return status && errorNumberOf(*status) == errorNumber;
-}
-
 HRESULT callMember(AutomationObject& object, const Member& member, const DISPPARAMS& given,
                    bool put, VARIANT& out, EXCEPINFO* exception, UINT* argumentError) {
     Arranged arranged;
-    const HRESULT status = arrange(member, given, put, arranged, argumentError);
-    if (FAILED(status)) return status;
     int failed = -1;
     try {
+        const HRESULT status = arrange(member, given, put, arranged, argumentError);
+        if (FAILED(status)) return status;
         const LateArguments arguments{arranged.values.data(), arranged.rest.data(),
-                                      arranged.restCount};
+                                      arranged.rest.size()};
         member.invoke(object, member, arguments, out, failed);
         return S_OK;
     } catch (const RuntimeError& failure) {
-        if (failed < 0 || !keepsNumber(failure.number)) return fillException(failure, exception);
+        const auto status = argumentStatus(failure.number);
+        if (failed < 0 || !status) return fillException(failure, exception);
         if (argumentError != nullptr) {
             *argumentError =
                 argumentIndex(given, arranged.values[static_cast<std::size_t>(failed)]);
         }
-        return *argumentStatus(failure.number);
+        return *status;
     } catch (const std::bad_alloc&) {
         return fillException(RuntimeError(error::kOutOfMemory), exception);
     } catch (...) {
@@ -163,13 +160,18 @@ HRESULT forwardToDefault(VARIANT& first, WORD flags, DISPPARAMS& given, VARIANT*
     return status;
 }
 
+// Whether a member can give an object at all: one that can't is not called just to find out.
+bool mayGiveObject(const Member& member) {
+    return member.result.type == VT_DISPATCH || member.result.type == VT_VARIANT;
+}
+
 bool wantsForwarding(const ClassTable& table, const Member* member, DISPID id, WORD flags,
                      const DISPPARAMS& given) {
     const UINT own = isPut(flags) ? 1 : 0;
     if (given.cArgs <= own || id == DISPID_VALUE) return false;
-    if (member == nullptr)
-        return isPut(flags) && table.find(id, MemberKind::propertyGet) != nullptr;
-    return !isPut(flags) && member->parameters.empty();
+    if (isPut(flags) != (member == nullptr)) return false;
+    const Member* source = member != nullptr ? member : table.find(id, MemberKind::propertyGet);
+    return source != nullptr && source->parameters.empty() && mayGiveObject(*source);
 }
 
 }  // namespace

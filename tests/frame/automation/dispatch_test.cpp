@@ -172,6 +172,23 @@ TEST_F(Dispatch, ArgumentsForAMethodWithoutParametersAndWithoutAnObjectAreTooMan
     EXPECT_EQ(call(object_, u"Words", {longArgument(2)}).status, DISP_E_BADPARAMCOUNT);
 }
 
+TEST_F(Dispatch, AMemberThatTakesNoArgumentsDoesNotRunWhenItIsGivenSome) {
+    EXPECT_EQ(call(object_, u"Advance", {longArgument(2)}).status, DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(sample_->Number(), 0);
+}
+
+TEST_F(Dispatch, ArgumentsWithoutAPlaceAreRefused) {
+    DISPPARAMS values{nullptr, nullptr, 1, 0};
+    EXPECT_EQ(object_->Invoke(idOf(object_, u"KindOf"), GUID_NULL, 0, DISPATCH_METHOD, &values,
+                              nullptr, nullptr, nullptr),
+              E_POINTER);
+    VARIANTARG argument = longArgument(1);
+    DISPPARAMS names{&argument, nullptr, 1, 1};
+    EXPECT_EQ(object_->Invoke(idOf(object_, u"KindOf"), GUID_NULL, 0, DISPATCH_METHOD, &names,
+                              nullptr, nullptr, nullptr),
+              E_POINTER);
+}
+
 TEST_F(Dispatch, TheDefaultMemberHasIdentifierZero) {
     EXPECT_EQ(idOf(object_, u"Item"), DISPID_VALUE);
     EXPECT_EQ(
@@ -276,6 +293,21 @@ TEST_F(Dispatch, AnArrayThatTheMemberReplacesReplacesTheCallersOne) {
     EXPECT_EQ(content.asArray<std::int32_t>()->at(0), 5);
 }
 
+TEST_F(Dispatch, ACallWhoseArgumentsCannotGoBackLeavesNoResult) {
+    HostVariant array(Variant(Array<std::int32_t>::of({1, 2, 3})));
+    void* data = nullptr;
+    SafeArrayAccessData(array.value.parray, &data);
+    VARIANTARG argument = byReference(array.value);
+    DISPPARAMS parameters{&argument, nullptr, 1, 0};
+    // Not freed: a host doesn't look at the result of a call that failed.
+    VARIANT result{};
+    EXPECT_EQ(object_->Invoke(idOf(object_, u"Renew"), GUID_NULL, 0, DISPATCH_METHOD, &parameters,
+                              &result, nullptr, nullptr),
+              DISP_E_EXCEPTION);
+    EXPECT_EQ(result.vt, VT_EMPTY);
+    SafeArrayUnaccessData(array.value.parray);
+}
+
 TEST_F(Dispatch, TextsOfAnArrayComeBackChanged) {
     HostVariant array(Variant(Array<WString>::of({u"a", u"b"})));
     call(object_, u"Upper", {byReference(array.value)});
@@ -305,6 +337,8 @@ TEST_F(Dispatch, AVariableArgumentMemberTakesAnyNumberInOrder) {
                    .value.as<std::int32_t>(),
               3);
     EXPECT_EQ(*variable.content().as<WString>(), u"seen");
+    const std::vector<VARIANTARG> many(1000, longArgument(1));
+    EXPECT_EQ(*call(object_, u"CountArguments", many).value.as<std::int32_t>(), 1000);
 }
 
 TEST_F(Dispatch, ResultsOfEveryTypeComeBackWithTheirTag) {

@@ -83,6 +83,8 @@ const automation::ClassTable& Sample::table() {
             .method<&Sample::Ring>("Ring", {"Times"})
             .method<&Sample::CallBack>("CallBack", {"Target", "Member", optional("Argument")})
             .help(u"Вызывает член объекта.")
+            .method<&Sample::Renew>("Renew", {"Numbers"})
+            .method<&Sample::Advance>("Advance")
             .build();
     });
     return table;
@@ -198,6 +200,11 @@ void Sample::Ring(std::int32_t times) {
 Variant Sample::CallBack(const Object& target, WStringView member, const Variant& argument) {
     if (argument.isMissing()) return target.get(member);
     return target.call(member, {argument});
+}
+
+WString Sample::Renew(Array<std::int32_t>& numbers) {
+    Resize(numbers);
+    return u"a result of its own";
 }
 
 }  // namespace orvane::test

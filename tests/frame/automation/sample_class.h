@@ -61,6 +61,8 @@ public:
 
     void Ring(std::int32_t times);
     Variant CallBack(const Object& target, WStringView member, const Variant& argument);
+    WString Renew(Array<std::int32_t>& numbers);
+    std::int32_t Advance() { return ++number_; }
 
 protected:
     ~Sample() override;

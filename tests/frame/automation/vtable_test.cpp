@@ -125,6 +125,10 @@ TEST_F(Vtable, AnArrayThatIsLockedByTheCallerCannotBeReplaced) {
     void* data = nullptr;
     SafeArrayAccessData(numbers, &data);
     EXPECT_EQ(static_cast<std::uint32_t>(method(*sample_, "Resize", &numbers)), 0x800A000AU);
+    BSTR result = nullptr;
+    EXPECT_EQ(static_cast<std::uint32_t>(method(*sample_, "Renew", &numbers, &result)),
+              0x800A000AU);
+    EXPECT_EQ(result, nullptr);
     SafeArrayUnaccessData(numbers);
     EXPECT_EQ(static_cast<LONG*>(numbers->pvData)[0], 4);
     SafeArrayDestroy(numbers);
