@@ -207,6 +207,7 @@ public:
             }
         }
         globals_.clear();
+        canUnloadNow_();  // the library lets go of what it keeps for this thread
         close();
     }
 

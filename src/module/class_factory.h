@@ -22,4 +22,8 @@ std::uint32_t serverLocks();
 /// reference for the caller; null for any other identifier.
 IUnknown* newPlatformInterface(IClassFactory& factory, REFIID iid);
 
+/// Lets go of what the library keeps for the calling thread where it stands in for the system's
+/// automation library: the error information of the last failed call.
+void releasePlatformState();
+
 }  // namespace orvane::automation

@@ -48,7 +48,9 @@ HRESULT STDAPICALLTYPE DllGetClassObject(REFCLSID classId, REFIID iid, void** ob
 HRESULT STDAPICALLTYPE DllCanUnloadNow() {
     if (anythingAlive()) return S_FALSE;
     Apartment::releaseIdle();
-    return anythingAlive() ? S_FALSE : S_OK;
+    if (anythingAlive()) return S_FALSE;
+    releasePlatformState();
+    return S_OK;
 }
 
 HRESULT STDAPICALLTYPE DllRegisterServer() {

@@ -70,4 +70,8 @@ IUnknown* newPlatformInterface(IClassFactory& factory, REFIID iid) {
     return iid == IID_IOrvaneRuntime ? new Runtime(factory) : nullptr;
 }
 
+void releasePlatformState() {
+    SetErrorInfo(0, nullptr);
+}
+
 }  // namespace orvane::automation

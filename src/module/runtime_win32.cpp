@@ -7,4 +7,7 @@ IUnknown* newPlatformInterface(IClassFactory&, REFIID) {
     return nullptr;
 }
 
+// The thread's error information is the system's.
+void releasePlatformState() {}
+
 }  // namespace orvane::automation

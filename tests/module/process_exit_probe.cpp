@@ -20,7 +20,7 @@ void keepObjects(orvane::host::Library& library) {
 
 int main(int count, char** arguments) {
     // Never unloaded: the process ends first.
-    auto* library = new orvane::tests::TheLibrary;
+    static auto* library = new orvane::tests::TheLibrary;
     keepObjects(*library);
     const char* const way = count > 1 ? arguments[1] : "";
     if (std::strcmp(way, "return") == 0) return 0;

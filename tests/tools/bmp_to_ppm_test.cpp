@@ -13,7 +13,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-void append(Bytes& bytes, std::uint32_t value, int size) {
+void append(Bytes& bytes, std::uint64_t value, int size) {
     for (int i = 0; i < size; ++i) {
         bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
     }
