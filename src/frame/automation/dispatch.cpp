@@ -140,7 +140,7 @@ HRESULT callMember(AutomationObject& object, const Member& member, const DISPPAR
         }
         return *status;
     } catch (const std::bad_alloc&) {
-        return fillException(RuntimeError(error::kOutOfMemory), exception);
+        return E_OUTOFMEMORY;
     } catch (...) {
         return E_UNEXPECTED;
     }

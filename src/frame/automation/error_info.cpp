@@ -147,20 +147,30 @@ std::int32_t errorNumberOf(HRESULT status) {
     return static_cast<std::int32_t>(status);
 }
 
-HRESULT reportError(const RuntimeError& failure) {
+HRESULT reportError(const RuntimeError& failure) noexcept {
+    SetErrorInfo(0, nullptr);
     try {
-        SetErrorInfo(0, nullptr);
         leaveErrorInfo(failure);
     } catch (const std::bad_alloc&) {
         // The number alone has to do.
     }
-    return statusOf(failure.number);
+    const HRESULT status = statusOf(failure.number);
+    return FAILED(status) ? status : E_FAIL;
+}
+
+HRESULT reportOutOfMemory() noexcept {
+    try {
+        return reportError(RuntimeError(error::kOutOfMemory));
+    } catch (const std::bad_alloc&) {
+        SetErrorInfo(0, nullptr);
+        return statusOf(error::kOutOfMemory);
+    }
 }
 
 HRESULT fillException(const RuntimeError& failure, EXCEPINFO* exception) {
     if (exception != nullptr) {
         *exception = EXCEPINFO{};
-        exception->scode = statusOf(failure.number);
+        exception->scode = failure.number == 0 ? E_FAIL : statusOf(failure.number);
         exception->bstrDescription = bstrOrNull(failure.description);
         exception->bstrSource = bstrOrNull(failure.source);
         exception->bstrHelpFile = bstrOrNull(failure.helpFile);
@@ -179,15 +189,26 @@ void raiseStatus(HRESULT status) {
     throw RuntimeError(errorNumberOf(status));
 }
 
-void raiseInvokeFailure(HRESULT status, EXCEPINFO& exception) {
+void ExceptionRecord::clear() {
+    SysFreeString(info.bstrSource);
+    SysFreeString(info.bstrDescription);
+    SysFreeString(info.bstrHelpFile);
+    info = EXCEPINFO{};
+}
+
+void raiseInvokeFailure(HRESULT status, ExceptionRecord& exception) {
     if (status != DISP_E_EXCEPTION) throw RuntimeError(errorNumberOf(status));
-    if (exception.pfnDeferredFillIn != nullptr) exception.pfnDeferredFillIn(&exception);
-    const HRESULT code = exception.scode != 0 ? exception.scode : exception.wCode;
+    EXCEPINFO& info = exception.info;
+    if (info.pfnDeferredFillIn != nullptr) info.pfnDeferredFillIn(&info);
+    HRESULT code = info.scode != 0 ? info.scode : info.wCode;
+    // An error has a number, also where the callee forgot it.
+    if (code == 0) code = status;
     RuntimeError failure(errorNumberOf(code));
-    if (exception.bstrDescription != nullptr) failure.description = take(exception.bstrDescription);
-    failure.source = take(exception.bstrSource);
-    failure.helpFile = take(exception.bstrHelpFile);
-    failure.helpContext = static_cast<std::int32_t>(exception.dwHelpContext);
+    if (info.bstrDescription != nullptr)
+        failure.description = WString(viewOf(info.bstrDescription));
+    failure.source = WString(viewOf(info.bstrSource));
+    failure.helpFile = WString(viewOf(info.bstrHelpFile));
+    failure.helpContext = static_cast<std::int32_t>(info.dwHelpContext);
     throw failure;
 }
 

@@ -25,22 +25,19 @@ public:
         : originals_(arguments.begin(), arguments.end()) {
         if (putValue != nullptr) originals_.push_back(*putValue);
         const std::size_t count = originals_.size();
-        places_.resize(count);
+        places_ = std::vector<OwnedVariant>(count);
         given_.resize(count);
         for (std::size_t i = 0; i < count; ++i) {
-            toVariant(places_[i], originals_[i]);
+            VARIANT& place = places_[i].value;
+            toVariant(place, originals_[i]);
             VARIANTARG& argument = given_[count - 1 - i];
             if (originals_[i].isReference()) {
                 argument.vt = VT_BYREF | VT_VARIANT;
-                argument.pvarVal = &places_[i];
+                argument.pvarVal = &place;
             } else {
-                argument = places_[i];
+                argument = place;
             }
         }
-    }
-    ~CallArguments() {
-        for (VARIANT& place : places_)
-            VariantClear(&place);
     }
     CallArguments(const CallArguments&) = delete;
     CallArguments& operator=(const CallArguments&) = delete;
@@ -49,24 +46,28 @@ public:
         return {given_.data(), nullptr, static_cast<UINT>(given_.size()), 0};
     }
 
-    void writeBack() {
-        for (std::size_t i = 0; i < originals_.size(); ++i) {
-            if (originals_[i].isReference()) originals_[i].assign(fromVariant(places_[i]));
+    /// Brings by-reference arguments back, then raises the error of a failed call. Of two errors
+    /// the call's own counts.
+    void finish(HRESULT status, ExceptionRecord& exception) {
+        if (SUCCEEDED(status)) {
+            writeBack();
+            return;
         }
+        ErrorTrap trap;
+        trap([this] { writeBack(); });
+        raiseInvokeFailure(status, exception);
     }
 
 private:
-    std::vector<Variant> originals_;
-    std::vector<VARIANT> places_;
-    std::vector<VARIANTARG> given_;
-};
+    void writeBack() {
+        for (std::size_t i = 0; i < originals_.size(); ++i) {
+            if (originals_[i].isReference()) originals_[i].assign(fromVariant(places_[i].value));
+        }
+    }
 
-struct ResultVariant {
-    VARIANT value{};
-    ResultVariant() = default;
-    ~ResultVariant() { VariantClear(&value); }
-    ResultVariant(const ResultVariant&) = delete;
-    ResultVariant& operator=(const ResultVariant&) = delete;
+    std::vector<Variant> originals_;
+    std::vector<OwnedVariant> places_;
+    std::vector<VARIANTARG> given_;
 };
 
 }  // namespace
@@ -120,15 +121,17 @@ HRESULT LateCaller::invoke(DISPID id, WORD flags, DISPPARAMS& parameters, VARIAN
 Variant LateCaller::call(DISPID id, WORD flags, std::initializer_list<Variant> arguments) const {
     CallArguments given(arguments, nullptr);
     DISPPARAMS parameters = given.parameters();
-    EXCEPINFO exception{};
-    ResultVariant result;
-    HRESULT status = invoke(id, flags, parameters, &result.value, exception);
-    // Wine's script engine refuses a plain value that is asked for as "method or property".
-    if (status == E_FAIL && flags == (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) {
-        status = invoke(id, DISPATCH_PROPERTYGET, parameters, &result.value, exception);
+    ExceptionRecord exception;
+    OwnedVariant result;
+    HRESULT status = invoke(id, flags, parameters, &result.value, exception.info);
+    // Wine's script engine refuses a plain value that is asked for as "method or property". No
+    // other object is asked twice: it may have done its work before it failed.
+    if (status == E_FAIL && extended_ != nullptr &&
+        flags == (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) {
+        exception.clear();
+        status = invoke(id, DISPATCH_PROPERTYGET, parameters, &result.value, exception.info);
     }
-    given.writeBack();
-    if (FAILED(status)) raiseInvokeFailure(status, exception);
+    given.finish(status, exception);
     return fromVariant(result.value);
 }
 
@@ -139,10 +142,9 @@ void LateCaller::put(DISPID id, WORD flags, const Variant& value,
     DISPID putId = DISPID_PROPERTYPUT;
     parameters.rgdispidNamedArgs = &putId;
     parameters.cNamedArgs = 1;
-    EXCEPINFO exception{};
-    const HRESULT status = invoke(id, flags, parameters, nullptr, exception);
-    given.writeBack();
-    if (FAILED(status)) raiseInvokeFailure(status, exception);
+    ExceptionRecord exception;
+    const HRESULT status = invoke(id, flags, parameters, nullptr, exception.info);
+    given.finish(status, exception);
 }
 
 }  // namespace orvane::automation

@@ -1,6 +1,7 @@
 #include "frame/automation/error_info.h"
 
 #include "frame/automation/abi.h"
+#include "support/raised_error.h"
 
 #include <gtest/gtest.h>
 
@@ -8,6 +9,8 @@
 
 namespace orvane::automation {
 namespace {
+
+using test::raisedBy;
 
 std::uint32_t bits(HRESULT status) {
     return static_cast<std::uint32_t>(status);
@@ -78,8 +81,8 @@ HRESULT STDMETHODCALLTYPE fillIn(EXCEPINFO* exception) {
 }
 
 TEST(ErrorInfo, ADeferredExceptionIsFilledIn) {
-    EXCEPINFO exception{};
-    exception.pfnDeferredFillIn = fillIn;
+    ExceptionRecord exception;
+    exception.info.pfnDeferredFillIn = fillIn;
     try {
         raiseInvokeFailure(DISP_E_EXCEPTION, exception);
     } catch (const RuntimeError& raised) {
@@ -91,8 +94,8 @@ TEST(ErrorInfo, ADeferredExceptionIsFilledIn) {
 }
 
 TEST(ErrorInfo, AnExceptionWithACodeInsteadOfAStatusGivesTheCode) {
-    EXCEPINFO exception{};
-    exception.wCode = 1001;
+    ExceptionRecord exception;
+    exception.info.wCode = 1001;
     try {
         raiseInvokeFailure(DISP_E_EXCEPTION, exception);
     } catch (const RuntimeError& raised) {
@@ -100,6 +103,40 @@ TEST(ErrorInfo, AnExceptionWithACodeInsteadOfAStatusGivesTheCode) {
         return;
     }
     FAIL() << "nothing was raised";
+}
+
+TEST(ErrorInfo, AnExceptionWithoutANumberIsAnErrorAllTheSame) {
+    ExceptionRecord exception;
+    EXPECT_EQ(raisedBy([&] { raiseInvokeFailure(DISP_E_EXCEPTION, exception); }),
+              static_cast<std::int32_t>(DISP_E_EXCEPTION));
+}
+
+// The leak checker tells whether the texts are freed.
+TEST(ErrorInfo, TextsBesideAnotherStatusAreFreedAndNotTold) {
+    ExceptionRecord exception;
+    exception.info.bstrDescription = newBstr(u"not asked for");
+    exception.info.bstrSource = newBstr(u"somebody");
+    try {
+        raiseInvokeFailure(DISP_E_BADINDEX, exception);
+    } catch (const RuntimeError& raised) {
+        EXPECT_EQ(raised.number, 9);
+        EXPECT_EQ(raised.description, u"Subscript out of range");
+        return;
+    }
+    FAIL() << "nothing was raised";
+}
+
+TEST(ErrorInfo, AFailureNeverCrossesAsASuccess) {
+    EXPECT_EQ(reportError(RuntimeError(0)), E_FAIL);
+    EXPECT_EQ(reportError(RuntimeError(70000)), E_FAIL);
+    EXPECT_EQ(bits(reportError(RuntimeError(65535))), 0x800AFFFFU);
+    EXPECT_EQ(bits(reportOutOfMemory()), 0x800A0007U);
+    EXCEPINFO exception{};
+    EXPECT_EQ(fillException(RuntimeError(0), &exception), DISP_E_EXCEPTION);
+    EXPECT_EQ(exception.scode, E_FAIL);
+    SysFreeString(exception.bstrDescription);
+    SysFreeString(exception.bstrSource);
+    SetErrorInfo(0, nullptr);
 }
 
 TEST(ErrorInfo, NothingThrownPassesTheGuard) {

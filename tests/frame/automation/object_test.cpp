@@ -1,6 +1,8 @@
 #include "sample_class.h"
 
+#include "frame/automation/abi.h"
 #include "frame/automation/error_info.h"
+#include "frame/automation/marshal.h"
 #include "frame/values/conversions.h"
 
 #include <gtest/gtest.h>
@@ -19,6 +21,64 @@ std::int32_t raisedBy(Action&& action) {
     ErrorTrap trap;
     trap(action);
     return trap.number();
+}
+
+/// A host's object of one member, which fails with a status and texts beside it and leaves 300 in
+/// its first argument when that is a variable.
+class Failing final : public IDispatch {
+public:
+    explicit Failing(HRESULT failure) : status(failure) {}
+    virtual ~Failing() = default;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        *object = iid == IID_IUnknown || iid == IID_IDispatch ? this : nullptr;
+        if (*object == nullptr) return E_NOINTERFACE;
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+    ULONG STDMETHODCALLTYPE Release() override { return --references; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID* ids) override {
+        ids[0] = 1;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*,
+                                     EXCEPINFO* exception, UINT*) override {
+        ++calls;
+        exception->bstrDescription = automation::newBstr(u"a description");
+        if (parameters->cArgs != 0 && parameters->rgvarg[0].vt == (VT_BYREF | VT_VARIANT)) {
+            automation::storeVariant(*parameters->rgvarg[0].pvarVal, Variant(std::int32_t{300}));
+        }
+        return status;
+    }
+
+    HRESULT status;
+    ULONG references = 1;
+    int calls = 0;
+};
+
+TEST(LateBoundFailure, AnObjectIsNotAskedTwice) {
+    Failing host(E_FAIL);
+    EXPECT_EQ(raisedBy([&] { Object(&host).get(u"Anything"); }), static_cast<std::int32_t>(E_FAIL));
+    EXPECT_EQ(host.calls, 1);
+    EXPECT_EQ(host.references, 1U);
+}
+
+TEST(LateBoundFailure, AnArgumentThatCannotComeBackDoesNotHideTheError) {
+    std::uint8_t byte = 7;
+    VARIANT place{};
+    place.vt = VT_BYREF | VT_UI1;
+    place.pbVal = &byte;
+    Failing host(DISP_E_BADINDEX);
+    EXPECT_EQ(raisedBy([&] { Object(&host).call(u"Anything", {automation::referenceTo(place)}); }),
+              error::kSubscriptOutOfRange);
+    host.status = S_OK;
+    EXPECT_EQ(raisedBy([&] { Object(&host).call(u"Anything", {automation::referenceTo(place)}); }),
+              error::kOverflow);
+    EXPECT_EQ(byte, 7);
+    EXPECT_EQ(host.references, 1U);
 }
 
 TEST_F(LateBound, ReadsAndWritesProperties) {
