@@ -15,19 +15,16 @@ public:
     EventArguments(const Member* event, std::span<Variant> arguments)
         : originals_(arguments), places_(arguments.size()), given_(arguments.size()) {
         for (std::size_t i = 0; i < arguments.size(); ++i) {
-            toVariant(places_[i], arguments[i]);
+            VARIANT& place = places_[i].value;
+            toVariant(place, arguments[i]);
             VARIANTARG& argument = given_[arguments.size() - 1 - i];
-            argument = places_[i];
+            argument = place;
             if (!arguments[i].isReference()) continue;
             const bool any = event == nullptr || event->parameters[i].type.type == VT_VARIANT;
             argument.vt =
                 static_cast<VARTYPE>(VT_BYREF | (any ? VARTYPE{VT_VARIANT} : argument.vt));
-            argument.byref = any ? static_cast<void*>(&places_[i]) : &places_[i].llVal;
+            argument.byref = any ? static_cast<void*>(&place) : &place.llVal;
         }
-    }
-    ~EventArguments() {
-        for (VARIANT& place : places_)
-            VariantClear(&place);
     }
     EventArguments(const EventArguments&) = delete;
     EventArguments& operator=(const EventArguments&) = delete;
@@ -37,13 +34,13 @@ public:
     }
     void bringBack() {
         for (std::size_t i = 0; i < places_.size(); ++i) {
-            if (originals_[i].isReference()) originals_[i].assign(fromVariant(places_[i]));
+            if (originals_[i].isReference()) originals_[i].assign(fromVariant(places_[i].value));
         }
     }
 
 private:
     std::span<Variant> originals_;
-    std::vector<VARIANT> places_;
+    std::vector<OwnedVariant> places_;
     std::vector<VARIANTARG> given_;
 };
 
@@ -141,13 +138,10 @@ public:
         EventArguments given(declared == events_.events.end() ? nullptr : &*declared, arguments);
         for (const Object& sink : sinks) {
             DISPPARAMS parameters = given.parameters();
-            EXCEPINFO exception{};
+            ExceptionRecord exception;
             static_cast<IDispatch*>(sink.unknown())
                 ->Invoke(event, GUID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
-                         nullptr, &exception, nullptr);
-            SysFreeString(exception.bstrSource);
-            SysFreeString(exception.bstrDescription);
-            SysFreeString(exception.bstrHelpFile);
+                         nullptr, &exception.info, nullptr);
         }
         given.bringBack();
     }
@@ -187,10 +181,9 @@ IEnumConnectionPoints* ConnectionPoints::enumerate() {
 
 void ConnectionPoints::fire(DISPID event, std::span<Variant> arguments) {
     // A sink may release the owner while it handles the event.
-    point_->AddRef();
-    Point* point = point_;
+    const Object held(point_);
+    Point* const point = point_;
     point->fire(event, arguments);
-    point->Release();
 }
 
 }  // namespace orvane::automation

@@ -1,8 +1,12 @@
 #include "host.h"
 
+#include "frame/automation/connection_points.h"
+#include "frame/automation/library_lifetime.h"
+
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 
 namespace orvane::test {
 namespace {
@@ -105,6 +109,24 @@ TEST_F(Events, ASinkMayDisconnectItselfWhileItHandlesOne) {
     sample_->Ring(2);
     EXPECT_EQ(sink.heard.size(), 1U);
     EXPECT_EQ(sink.references, 1U);
+}
+
+/// A variable that takes no value.
+class Closed final : public VariantReference {
+public:
+    VarType type() const override { return VarType::Variant; }
+    Variant read() const override { return std::int32_t{1}; }
+    void write(const Variant&) override { raise(error::kOverflow); }
+};
+
+TEST_F(Events, AnArgumentThatCannotComeBackKeepsNothingAlive) {
+    const std::uint32_t before = automation::LibraryUse::count();
+    {
+        automation::ConnectionPoints points(*sample_, Sample::table().events);
+        Variant arguments[] = {Variant::reference(std::make_shared<Closed>()), Variant(u"ding")};
+        EXPECT_THROW(points.fire(kRung, arguments), RuntimeError);
+    }
+    EXPECT_EQ(automation::LibraryUse::count(), before);
 }
 
 TEST_F(Events, SinksAreReleasedWithTheObject) {
