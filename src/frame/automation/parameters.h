@@ -237,7 +237,9 @@ private:
     T value_;
 };
 
-/// An [in] text: a view of the caller's own string where that is possible.
+/// An [in] text: a view of the caller's own string where that stays as it is for the length of the
+/// call. A string variable that comes by reference does not: the member may write to it by another
+/// argument, and so may a host that an event reaches.
 template <>
 class Argument<WStringView> {
 public:
@@ -249,8 +251,6 @@ public:
         const VARIANTARG* given = late.values[index];
         if (given != nullptr && given->vt == VT_BSTR) {
             view_ = viewOf(given->bstrVal);
-        } else if (given != nullptr && given->vt == (VT_BYREF | VT_BSTR)) {
-            view_ = viewOf(*given->pbstrVal);
         } else {
             converted_ = lateValue<WString>(given, member.parameters[index]);
             view_ = converted_.view();

@@ -226,6 +226,15 @@ TEST_F(Dispatch, WritesBackTextAndFreesTheFormerOne) {
     EXPECT_EQ(*variable.content().as<WString>(), u"ready!");
 }
 
+TEST_F(Dispatch, ATextStaysWhenItsVariableIsWrittenDuringTheCall) {
+    BSTR variable = automation::newBstr(u"as it was");
+    VARIANTARG argument{};
+    argument.vt = VT_BYREF | VT_BSTR;
+    argument.pbstrVal = &variable;
+    EXPECT_EQ(*call(object_, u"Overwrite", {argument, argument}).value.as<WString>(), u"as it was");
+    EXPECT_EQ(take(variable), u"overwritten");
+}
+
 TEST_F(Dispatch, AnArgumentByValueIsLeftAlone) {
     HostVariant text(Variant(u"ready"));
     EXPECT_EQ(call(object_, u"Append", {text.value}).status, S_OK);

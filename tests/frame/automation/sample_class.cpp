@@ -85,6 +85,7 @@ const automation::ClassTable& Sample::table() {
             .help(u"Вызывает член объекта.")
             .method<&Sample::Renew>("Renew", {"Numbers"})
             .method<&Sample::Advance>("Advance")
+            .method<&Sample::Overwrite>("Overwrite", {"Text", "Variable"})
             .build();
     });
     return table;
@@ -200,6 +201,11 @@ void Sample::Ring(std::int32_t times) {
 Variant Sample::CallBack(const Object& target, WStringView member, const Variant& argument) {
     if (argument.isMissing()) return target.get(member);
     return target.call(member, {argument});
+}
+
+WString Sample::Overwrite(WStringView text, Variant& variable) {
+    variable.assign(Variant(u"overwritten"));
+    return WString(text);
 }
 
 WString Sample::Renew(Array<std::int32_t>& numbers) {

@@ -62,6 +62,7 @@ public:
     void Ring(std::int32_t times);
     Variant CallBack(const Object& target, WStringView member, const Variant& argument);
     WString Renew(Array<std::int32_t>& numbers);
+    WString Overwrite(WStringView text, Variant& variable);
     std::int32_t Advance() { return ++number_; }
 
 protected:
