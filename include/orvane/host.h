@@ -217,7 +217,10 @@ public:
         void* found = nullptr;
         const HRESULT status = getClassObject_(classId, iid, &found);
         if (FAILED(status)) throw Error(status, {}, {});
-        usedClass_ = classId;
+        {
+            const std::lock_guard lock(mutex_);
+            usedClass_ = classId;
+        }
         return Pointer<Interface>::adopt(static_cast<Interface*>(found));
     }
 
@@ -301,7 +304,12 @@ public:
         return Pointer<IOrvaneRuntime>::adopt(static_cast<IOrvaneRuntime*>(found));
     }
     Pointer<IOrvaneRuntime> runtime() {
-        return runtime(usedClass_);
+        CLSID known;
+        {
+            const std::lock_guard lock(mutex_);
+            known = usedClass_;
+        }
+        return runtime(known);
     }
 #endif
 
