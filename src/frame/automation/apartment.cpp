@@ -115,8 +115,10 @@ void Apartment::dropState(std::size_t slot) {
     std::erase(order_, slot);
 }
 
+// What a state lets go of may run a host's code, and that may begin anew: the state of an object
+// that lives again stays.
 void Apartment::releaseState() {
-    while (!order_.empty())
+    while (objects_ == 0 && !order_.empty())
         dropState(order_.back());
 }
 

@@ -80,6 +80,30 @@ TEST(Apartment, IdleStateIsReleasedOnRequest) {
     EXPECT_EQ(firstState.existing(), nullptr);
 }
 
+Ref<test::Sample> madeAtTheEnd;
+constinit ApartmentState<int> stateOfTheNewObject;
+
+/// A state whose end makes an object with a state of its own.
+struct Restarting {
+    ~Restarting() {
+        madeAtTheEnd = make<test::Sample>();
+        stateOfTheNewObject.get() = 3;
+    }
+};
+constinit ApartmentState<Restarting> restartingState;
+
+TEST(Apartment, AnObjectThatIsMadeDuringTheReleaseKeepsItsState) {
+    {
+        const auto object = make<test::Sample>();
+        restartingState.get();
+    }
+    ASSERT_TRUE(madeAtTheEnd);
+    ASSERT_NE(stateOfTheNewObject.existing(), nullptr);
+    EXPECT_EQ(*stateOfTheNewObject.existing(), 3);
+    madeAtTheEnd = nullptr;
+    EXPECT_EQ(stateOfTheNewObject.existing(), nullptr);
+}
+
 TEST(Apartment, TheGeneratorIsSeededOncePerThread) {
     std::thread([] {
         test::Recorder recorder(platform::kernel32);
