@@ -14,7 +14,9 @@ enum class FileAccess : std::uint32_t {
     readWrite = 0xC0000000
 };
 enum class FileDisposition : std::uint32_t {
-    createNew = 1,  ///< fails with `kErrorFileExists` when the name is taken
+    /// Fails with `kErrorFileExists` when the name is taken. Where folders for temporary files are
+    /// shared by all users, the new file is for its owner alone.
+    createNew = 1,
     createAlways = 2,
     openExisting = 3,
     openAlways = 4

@@ -117,6 +117,7 @@ std::uint32_t moveAll(std::size_t size, bool once, int& failure, Step step) {
 
 FileHandle createFile(const std::string& fileName, FileAccess access, FileDisposition disposition) {
     constexpr mode_t kForEverybody = 0666;  // less what the process's mask takes
+    constexpr mode_t kForOwner = 0600;
     if (const std::uint32_t error = nameError(fileName); error != kErrorSuccess) {
         return failWith(error, FileHandle::none);
     }
@@ -128,7 +129,10 @@ FileHandle createFile(const std::string& fileName, FileAccess access, FileDispos
         return failWith(kErrorNotEnoughMemory, FileHandle::none);
     }
     file->access = static_cast<std::uint32_t>(access);
-    file->descriptor = ::open(path.c_str(), openFlags(access, disposition), kForEverybody);
+    // Who insists on a new file writes something temporary into a folder that all users share,
+    // where the platform's own temporary folder belongs to one user.
+    const mode_t mode = disposition == FileDisposition::createNew ? kForOwner : kForEverybody;
+    file->descriptor = ::open(path.c_str(), openFlags(access, disposition), mode);
     if (file->descriptor < 0) {
         return failWith(fileError(errno, path), FileHandle::none);
     }

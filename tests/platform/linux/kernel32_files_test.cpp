@@ -168,6 +168,18 @@ TEST_F(LinuxFilesTest, ATemporaryFileIsItsOwnersAlone) {
     EXPECT_EQ(lastError(), kErrorDirectory);
 }
 
+TEST_F(LinuxFilesTest, AFileThatHadToBeNewIsItsOwnersAlone) {
+    const std::string name = dir_.file("new");
+    const mode_t mask = ::umask(0);
+    const FileHandle file =
+        kernel32.CreateFileA(name, FileAccess::write, FileDisposition::createNew);
+    ::umask(mask);
+    struct stat facts {};
+    ASSERT_EQ(::stat(name.c_str(), &facts), 0);
+    EXPECT_EQ(facts.st_mode & 0777u, 0600u);
+    EXPECT_TRUE(kernel32.CloseHandle(file));
+}
+
 TEST_F(LinuxFilesTest, TheTemporaryFolderCanBeNamed) {
     ::setenv("TMPDIR", dir_.name().c_str(), 1);
     EXPECT_EQ(kernel32.GetTempPathA(), dir_.name() + "/");
