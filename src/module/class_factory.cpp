@@ -51,9 +51,15 @@ public:
     }
 
     HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
-        if (lock != 0) ++locks;
-        else --locks;
-        return S_OK;
+        if (lock != 0) {
+            ++locks;
+            return S_OK;
+        }
+        // One release too many must not wrap around to a library that is locked for good.
+        std::uint32_t held = locks.load();
+        while (held != 0 && !locks.compare_exchange_weak(held, held - 1)) {
+        }
+        return held != 0 ? S_OK : E_UNEXPECTED;
     }
 
 private:

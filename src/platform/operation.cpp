@@ -2,6 +2,7 @@
 
 #include "platform/gdi32.h"
 #include "platform/kernel32.h"
+#include "platform/ole32.h"
 #include "platform/oleaut32.h"
 #include "platform/user32.h"
 
@@ -196,6 +197,14 @@ void describe(std::string& out, const IconFacts& facts) {
         .field("y", facts.hotspotY)
         .field("mask", facts.mask)
         .field("colour", facts.color);
+}
+
+void describe(std::string& out, const ClassIdBytes& classId) {
+    constexpr char kDigits[] = "0123456789abcdef";
+    for (const std::uint8_t byte : classId.bytes) {
+        out += kDigits[byte >> 4];
+        out += kDigits[byte & 15];
+    }
 }
 
 void describe(std::string& out, const PictureDescription& description) {

@@ -4,6 +4,7 @@
 #include "platform/gdi32.h"
 #include "platform/host_runtime.h"
 #include "platform/kernel32.h"
+#include "platform/ole32.h"
 #include "platform/oleaut32.h"
 #include "platform/user32.h"
 #include "platform/winmm.h"
@@ -19,6 +20,7 @@ void forEachTable(Action&& action) {
     action(secur32);
     action(user32);
     action(gdi32);
+    action(ole32);
     action(oleaut32);
     action(winmm);
     action(hostRuntime);

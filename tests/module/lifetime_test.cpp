@@ -48,6 +48,8 @@ TEST(Lifetime, LocksKeepTheLibraryUntilTheLastIsTaken) {
     factory = {};
     EXPECT_FALSE(library.canUnload());
     library.classObject<IClassFactory>(CLSID_orvMain, IID_IClassFactory)->LockServer(0);
+    EXPECT_EQ(library.classObject<IClassFactory>(CLSID_orvMain, IID_IClassFactory)->LockServer(0),
+              E_UNEXPECTED);
     EXPECT_TRUE(library.canUnload());
 }
 

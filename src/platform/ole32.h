@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/handles.h"
+#include "platform/operation.h"
+
+#include <array>
+
+struct IUnknown;
+
+namespace orvane::platform {
+
+/// A class identifier as its 16 bytes lie in memory.
+struct ClassIdBytes {
+    std::array<std::uint8_t, 16> bytes{};
+};
+void describe(std::string& out, const ClassIdBytes& classId);
+
+/// No class is registered under this name (CO_E_CLASSSTRING).
+inline constexpr auto kClassStringUnknown = static_cast<std::int32_t>(0x800401F3);
+/// This platform has no registration of classes.
+inline constexpr auto kNoRegistration = static_cast<std::int32_t>(0x80004001);
+
+/// Results are status codes of the binary interface: negative means failed.
+struct Ole32 {
+    /// The identifier of the class that is registered under a name.
+    Operation<std::int32_t(const std::u16string& progId, ClassIdBytes& classId)> CLSIDFromProgID{
+        "ole32", "CLSIDFromProgID", kClassStringUnknown};
+    /// A new object of a registered class; the caller gets one reference in `object`.
+    Operation<std::int32_t(const ClassIdBytes& classId, IUnknown*& object)> CoCreateInstance{
+        "ole32", "CoCreateInstance", static_cast<std::int32_t>(0x80040154)};
+
+    template <class Visitor>
+    constexpr void visit(Visitor&& visitor) {
+        visitor(CLSIDFromProgID, CoCreateInstance);
+    }
+};
+extern Ole32 ole32;
+
+}  // namespace orvane::platform
