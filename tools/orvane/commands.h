@@ -23,6 +23,10 @@ struct UsageError : std::invalid_argument {
 /// number of parameters and then the program and each parameter by its index.
 int runArgs();
 
+/// `orvane describe [CLASS]`: the library's classes, or one class's members with their numbers,
+/// types, defaults and help strings.
+int runDescribe(Words words);
+
 /// `orvane picture info [--json] FILES...`: a line for each file with what was found in it, or with
 /// its error.
 int runPictureInfo(Words words);

@@ -99,6 +99,18 @@ LoadedPicture Library::loadPicture(const std::string& file) {
     });
 }
 
+LibraryFacts Library::describe(const std::string& classWithMembers) {
+    return calling([&] {
+        host::Pointer<ITypeInfo> info;
+        host::Pointer<ITypeLib> library;
+        UINT index = 0;
+        const auto object = host_.create<_orvMain>();
+        host_.check(object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.receive()));
+        host_.check(info->GetContainingTypeLib(library.receive(), &index));
+        return describeLibrary(*library, classWithMembers);
+    });
+}
+
 std::string Library::version() {
     return calling([&] { return libraryVersion(host_); });
 }

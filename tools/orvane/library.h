@@ -1,5 +1,7 @@
 #pragma once
 
+#include "type_library.h"
+
 #include "orvane/host.h"
 
 #include <cstdint>
@@ -46,6 +48,9 @@ public:
     std::vector<std::string> commandLine();
 
     LoadedPicture loadPicture(const std::string& file);
+
+    /// The classes, and the members of the one with this name.
+    LibraryFacts describe(const std::string& classWithMembers);
 
     /// The version text of the library's file.
     std::string version();

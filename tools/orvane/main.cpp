@@ -13,6 +13,7 @@ namespace orvane::tool {
 namespace {
 
 constexpr const char* kUsage = "usage: orvane args [WORDS...]\n"
+                               "       orvane describe [CLASS]\n"
                                "       orvane picture info [--json] FILES...\n"
                                "       orvane picture convert IN OUT\n"
                                "       orvane --help\n"
@@ -22,6 +23,7 @@ constexpr const char* kHelp =
     "\n"
     "args             what the library makes of this command line: the number of\n"
     "                 parameters, the program (-1) and each parameter from 0\n"
+    "describe         the classes of the library, or the members of one of them\n"
     "picture info     type, size and depth of each picture, or its error; with\n"
     "                 --json one object a line: file, type, typeName, width, height,\n"
     "                 bpp, or file and error (number, description)\n"
@@ -46,6 +48,7 @@ int runPicture(Words words) {
 int run(Words words) {
     if (words.empty()) throw UsageError("no command");
     if (words[0] == "args") return runArgs();
+    if (words[0] == "describe") return runDescribe(words.subspan(1));
     if (words[0] == "picture") return runPicture(words.subspan(1));
     const bool isHelp = words[0] == "--help" || words[0] == "-h";
     if (!isHelp && words[0] != "--version") throw UsageError("unknown command " + words[0]);
