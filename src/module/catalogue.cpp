@@ -3,6 +3,7 @@
 #include "main/orvMain.h"
 #include "pictures/PictureInfo.h"
 #include "utilities/CommandLineParser.h"
+#include "utilities/orvAlone.h"
 
 namespace orvane::automation {
 
@@ -15,7 +16,8 @@ const LibraryTable& libraryTable() {
             1,
             5,
             u"Orvane - Библиотека общих функций 3.01",
-            {&orvMain::table(), &PictureInfo::table(), &CommandLineParser::table()},
+            {&orvMain::table(), &orvAlone::table(), &PictureInfo::table(),
+             &CommandLineParser::table()},
             {&enumTable(orvPictureTypeEx{}), &enumTable(AddAutoCompleteFlags{})},
             {3, 1, 0, 251},
             u"3.01.0251",

@@ -13,6 +13,8 @@ enum class ModuleHandle : std::uint32_t { none = 0 };
 enum class BitmapHandle : std::uint32_t { none = 0 };
 enum class DeviceContext : std::uint32_t { none = 0 };
 enum class IconHandle : std::uint32_t { none = 0 };
+enum class MutexHandle : std::uint32_t { none = 0 };
+enum class DesktopHandle : std::uint32_t { none = 0 };
 
 inline constexpr std::uint32_t kErrorSuccess = 0;
 inline constexpr std::uint32_t kErrorInvalidFunction = 1;
@@ -26,6 +28,7 @@ inline constexpr std::uint32_t kErrorSharingViolation = 32;
 inline constexpr std::uint32_t kErrorFileExists = 80;
 inline constexpr std::uint32_t kErrorInvalidParameter = 87;
 inline constexpr std::uint32_t kErrorDiskFull = 112;
+inline constexpr std::uint32_t kErrorInsufficientBuffer = 122;
 inline constexpr std::uint32_t kErrorInvalidName = 123;
 inline constexpr std::uint32_t kErrorModuleNotFound = 126;
 inline constexpr std::uint32_t kErrorAlreadyExists = 183;

@@ -72,6 +72,20 @@ struct Kernel32 {
                                                          kErrorInvalidHandle};
     Operation<bool(FileHandle file)> CloseHandle{
         "kernel32", "CloseHandle", false, kErrorInvalidHandle, {"file", Holding::kNothing, 0}};
+    /// Creates or opens the mutex of a name, which exists until its last handle is closed or that
+    /// handle's process ends; an empty name gives one that nobody shares. The last error is 0 when
+    /// it is new and `kErrorAlreadyExists` when it was there. None when it failed:
+    /// `kErrorAccessDenied` when another user has the name.
+    Operation<MutexHandle(const std::string& name)> CreateMutexA{"kernel32",
+                                                                 "CreateMutexA",
+                                                                 MutexHandle::none,
+                                                                 kErrorNotEnoughMemory,
+                                                                 {"mutex", Holding::kResult}};
+    /// The platform's `CloseHandle` for mutexes. A handle that was closed before is refused with
+    /// `kErrorInvalidHandle` and closes nothing else, whatever was opened since.
+    Operation<bool(MutexHandle mutex)> CloseMutexHandle{
+        "kernel32", "CloseHandle", false, kErrorInvalidHandle, {"mutex", Holding::kNothing, 0}};
+    Operation<std::uint32_t()> GetCurrentThreadId{"kernel32", "GetCurrentThreadId"};
     Operation<bool(const std::string& fileName)> DeleteFileA{"kernel32", "DeleteFileA", false,
                                                              kErrorAccessDenied};
     /// Attribute bits, or `kInvalidFileAttributes`.
@@ -129,11 +143,12 @@ struct Kernel32 {
     template <class Visitor>
     constexpr void visit(Visitor&& visitor) {
         visitor(CreateFileA, ReadFile, WriteFile, SetFilePointer, GetFileSize, CloseHandle,
-                DeleteFileA, GetFileAttributesA, CreateDirectoryA, GetTempPathA, GetTempFileNameA,
-                GetFullPathNameA, GetLongPathNameA, GetCommandLineW, GetModuleFileNameA,
-                GetModuleHandleA, GetComputerNameA, GlobalMemoryStatusEx, GetVersionExA,
-                FormatMessageA, OutputDebugStringA, GetTickCount, GetSystemTimeAsFileTime, TlsAlloc,
-                TlsFree, TlsGetValue, TlsSetValue, VirtualAlloc, VirtualFree);
+                CreateMutexA, CloseMutexHandle, GetCurrentThreadId, DeleteFileA, GetFileAttributesA,
+                CreateDirectoryA, GetTempPathA, GetTempFileNameA, GetFullPathNameA,
+                GetLongPathNameA, GetCommandLineW, GetModuleFileNameA, GetModuleHandleA,
+                GetComputerNameA, GlobalMemoryStatusEx, GetVersionExA, FormatMessageA,
+                OutputDebugStringA, GetTickCount, GetSystemTimeAsFileTime, TlsAlloc, TlsFree,
+                TlsGetValue, TlsSetValue, VirtualAlloc, VirtualFree);
     }
 };
 extern Kernel32 kernel32;

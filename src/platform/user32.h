@@ -17,13 +17,25 @@ struct IconFacts {
 void describe(std::string& out, const IconFacts& facts);
 std::vector<std::string> handlesIn(const IconFacts& facts);
 
+/// What `GetUserObjectInformationA` is asked for.
+enum class UserObjectInformation : std::int32_t { name = 2 };
+
 struct User32 {
     Operation<bool(IconHandle icon, IconFacts& facts)> GetIconInfo{
         "user32", "GetIconInfo", false, kErrorInvalidHandle, {"bitmap", 1}};
+    /// The desktop of a thread of this process; the platform owns it.
+    Operation<DesktopHandle(std::uint32_t threadId)> GetThreadDesktop{
+        "user32", "GetThreadDesktop", DesktopHandle::none, kErrorInvalidParameter};
+    /// Writes a text with a NUL at its end. `needed` gets the size that it takes, also when the
+    /// buffer is too small for it and the call fails with `kErrorInsufficientBuffer`.
+    Operation<bool(DesktopHandle object, UserObjectInformation what, std::span<std::uint8_t> buffer,
+                   std::uint32_t& needed)>
+        GetUserObjectInformationA{"user32", "GetUserObjectInformationA", false,
+                                  kErrorInvalidHandle};
 
     template <class Visitor>
     constexpr void visit(Visitor&& visitor) {
-        visitor(GetIconInfo);
+        visitor(GetIconInfo, GetThreadDesktop, GetUserObjectInformationA);
     }
 };
 extern User32 user32;

@@ -26,6 +26,10 @@ const Row kRows[] = {
      kGlobal,
      {0x9BFF0E80, 0x2887, 0x4ECA, {0x8C, 0x35, 0xF1, 0xA2, 0x1B, 0x8C, 0xFD, 0x94}},
      {0x8F8BBB56, 0x3B84, 0x44E0, {0x9A, 0x8B, 0x74, 0x7D, 0xF3, 0x81, 0x3A, 0x09}}},
+    {u"orvAlone",
+     kCreatable,
+     {0xAF6DF20F, 0xA1C6, 0x41DE, {0xBA, 0x39, 0xFD, 0xBE, 0x48, 0x2A, 0x41, 0xA8}},
+     {0x9C979059, 0x80EE, 0x4F72, {0x9B, 0x21, 0x94, 0x9F, 0xA5, 0x58, 0x6E, 0x8B}}},
     {u"PictureInfo",
      kCreatable,
      {0x83A3985F, 0x5450, 0x4098, {0x94, 0xCD, 0xC5, 0x34, 0xA3, 0xF1, 0x95, 0xD7}},
@@ -77,7 +81,8 @@ TEST(Catalogue, TypeLibraryHasTheClassesInTheirOrderAndNoOther) {
         ASSERT_EQ(types->GetTypeInfo(i, info.receive()), S_OK);
         if (attributesOf(*info).typekind == TKIND_COCLASS) names.push_back(nameOf(*info));
     }
-    EXPECT_THAT(names, testing::ElementsAre(u"orvMain", u"PictureInfo", u"CommandLineParser"));
+    EXPECT_THAT(
+        names, testing::ElementsAre(u"orvMain", u"orvAlone", u"PictureInfo", u"CommandLineParser"));
 }
 
 TEST(Catalogue, FactoriesMakeWhatHostsMayCreateAndRefuseTheRest) {

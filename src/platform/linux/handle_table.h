@@ -11,7 +11,16 @@
 namespace orvane::platform {
 
 /// What a handle stands for. A handle of one kind is not good for another.
-enum class HandleKind : std::uint8_t { none, file, module, bitmap, deviceContext, icon, metafile };
+enum class HandleKind : std::uint8_t {
+    none,
+    file,
+    module,
+    bitmap,
+    deviceContext,
+    icon,
+    metafile,
+    mutex
+};
 
 /// All handles of the process: 20 bits of slot number and above them 12 bits of generation, never
 /// 0. A slot is taken again only when a thousand others have been freed after it, and then with the

@@ -12,6 +12,9 @@ constexpr Kernel32 boundTable() {
     table.SetFilePointer.bind<&setFilePointer>();
     table.GetFileSize.bind<&fileSize>();
     table.CloseHandle.bind<&closeHandle>();
+    table.CreateMutexA.bind<&createMutex>();
+    table.CloseMutexHandle.bind<&closeMutex>();
+    table.GetCurrentThreadId.bind<&currentThreadId>();
     table.DeleteFileA.bind<&deleteFile>();
     table.GetFileAttributesA.bind<&fileAttributes>();
     table.CreateDirectoryA.bind<&createDirectory>();

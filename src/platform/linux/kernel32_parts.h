@@ -13,6 +13,10 @@ bool setFilePointer(FileHandle file, std::int64_t position);
 std::int64_t fileSize(FileHandle file);
 bool closeHandle(FileHandle file);
 
+// mutexes.cpp
+MutexHandle createMutex(const std::string& name);
+bool closeMutex(MutexHandle mutex);
+
 // kernel32_names.cpp
 bool deleteFile(const std::string& fileName);
 std::uint32_t fileAttributes(const std::string& fileName);
@@ -33,6 +37,7 @@ std::string computerName();
 bool memoryStatus(MemoryStatus& status);
 bool systemVersion(SystemVersion& version);
 void outputDebugString(const std::string& text);
+std::uint32_t currentThreadId();
 std::uint32_t tickCount();
 std::uint64_t systemTimeAsFileTime();
 

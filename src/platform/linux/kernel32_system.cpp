@@ -107,6 +107,10 @@ void outputDebugString(const std::string& text) {
     writeQuietly([&line] { return ::write(STDERR_FILENO, line.data(), line.size()); });
 }
 
+std::uint32_t currentThreadId() {
+    return static_cast<std::uint32_t>(::gettid());
+}
+
 std::uint32_t tickCount() {
     timespec now{};
     ::clock_gettime(CLOCK_BOOTTIME, &now);

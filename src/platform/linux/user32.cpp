@@ -3,6 +3,12 @@
 #include "platform/linux/errors.h"
 #include "platform/linux/gdi32_objects.h"
 #include "platform/linux/icons.h"
+#include "platform/linux/names.h"
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <unistd.h>
 
 namespace orvane::platform {
 
@@ -32,9 +38,50 @@ bool getIconInfo(IconHandle handle, IconFacts& facts) {
     return true;
 }
 
+/// The one desktop of a process: the session that it belongs to, or the display that it shows its
+/// windows on.
+constexpr DesktopHandle kDesktop{1};
+
+std::string desktopName() {
+    for (const char* variable : {"XDG_SESSION_ID", "WAYLAND_DISPLAY", "DISPLAY"}) {
+        const char* value = std::getenv(variable);
+        if (value != nullptr && *value != '\0') {
+            return ansiName(value);
+        }
+    }
+    return {};
+}
+
+DesktopHandle threadDesktop(std::uint32_t threadId) {
+    const bool ours = threadId != 0 && ::tgkill(::getpid(), static_cast<pid_t>(threadId), 0) == 0;
+    if (!ours) {
+        return failWith(kErrorInvalidParameter, DesktopHandle::none);
+    }
+    return desktopName().empty() ? failWith(kErrorInvalidFunction, DesktopHandle::none) : kDesktop;
+}
+
+bool userObjectInformation(DesktopHandle object, UserObjectInformation what,
+                           std::span<std::uint8_t> buffer, std::uint32_t& needed) {
+    if (object != kDesktop) {
+        return failWith(kErrorInvalidHandle, false);
+    }
+    if (what != UserObjectInformation::name) {
+        return failWith(kErrorInvalidParameter, false);
+    }
+    const std::string name = desktopName();
+    needed = static_cast<std::uint32_t>(name.size() + 1);
+    if (buffer.size() < needed) {
+        return failWith(kErrorInsufficientBuffer, false);
+    }
+    std::copy_n(name.c_str(), needed, buffer.begin());
+    return true;
+}
+
 constexpr User32 boundTable() {
     User32 table;
     table.GetIconInfo.bind<&getIconInfo>();
+    table.GetThreadDesktop.bind<&threadDesktop>();
+    table.GetUserObjectInformationA.bind<&userObjectInformation>();
     return table;
 }
 static_assert(allBound(boundTable()));

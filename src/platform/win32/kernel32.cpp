@@ -1,6 +1,7 @@
 #include "platform/kernel32.h"
 
 #include "platform/win32/kernel32_files.h"
+#include "platform/win32/mutexes.h"
 #include "platform/win32/system.h"
 #include "platform/win32/thread_slots.h"
 
@@ -83,6 +84,10 @@ void outputDebugString(const std::string& text) {
     ::OutputDebugStringA(text.c_str());
 }
 
+std::uint32_t getCurrentThreadId() {
+    return ::GetCurrentThreadId();
+}
+
 std::uint32_t getTickCount() {
     return ::GetTickCount();
 }
@@ -101,6 +106,9 @@ constexpr Kernel32 bound() {
     table.SetFilePointer.bind<setFilePointer>();
     table.GetFileSize.bind<getFileSize>();
     table.CloseHandle.bind<closeHandle>();
+    table.CreateMutexA.bind<createMutex>();
+    table.CloseMutexHandle.bind<closeMutex>();
+    table.GetCurrentThreadId.bind<getCurrentThreadId>();
     table.DeleteFileA.bind<deleteFile>();
     table.GetFileAttributesA.bind<getFileAttributes>();
     table.CreateDirectoryA.bind<createDirectory>();

@@ -18,9 +18,25 @@ bool getIconInfo(IconHandle icon, IconFacts& facts) {
     return true;
 }
 
+DesktopHandle getThreadDesktop(std::uint32_t threadId) {
+    return ownHandle<DesktopHandle>(::GetThreadDesktop(threadId));
+}
+
+bool getUserObjectInformation(DesktopHandle object, UserObjectInformation what,
+                              std::span<std::uint8_t> buffer, std::uint32_t& needed) {
+    DWORD size = 0;
+    const bool done =
+        ::GetUserObjectInformationA(systemHandle<HANDLE>(object), static_cast<int>(what),
+                                    buffer.data(), static_cast<DWORD>(buffer.size()), &size) != 0;
+    needed = size;
+    return done;
+}
+
 constexpr User32 bound() {
     User32 table;
     table.GetIconInfo.bind<getIconInfo>();
+    table.GetThreadDesktop.bind<getThreadDesktop>();
+    table.GetUserObjectInformationA.bind<getUserObjectInformation>();
     return table;
 }
 static_assert(allBound(bound()));

@@ -8,6 +8,7 @@
 #include "orvane/host.h"
 
 #include <iostream>
+#include <random>
 #include <string>
 
 namespace {
@@ -116,6 +117,27 @@ void checkPictureInfo(Library& library) {
     expect(name == u"Nothing", "GetPictureTypeName of a new PictureInfo");
 }
 
+void checkAlone(Library& library) {
+    std::u16string unique = u"orvane host ";
+    for (const char digit : std::to_string(std::random_device()()))
+        unique += static_cast<char16_t>(digit);
+    const Text name(unique);
+    const auto first = library.create<_orvAlone>();
+    const auto second = library.create<_orvAlone>();
+    const auto answers = [&](HRESULT (STDMETHODCALLTYPE _orvAlone::*member)(BSTR, VARIANT_BOOL*),
+                             _orvAlone& object) {
+        VARIANT_BOOL alone = 1;
+        library.check((object.*member)(name, &alone));
+        return alone;
+    };
+    expect(answers(&_orvAlone::IsAlone, *first) == VARIANT_TRUE, "IsAlone of the first");
+    expect(answers(&_orvAlone::IsAlone, *second) == VARIANT_FALSE, "IsAlone of the second");
+    expect(answers(&_orvAlone::IsAloneOnDesktop, *first) == VARIANT_TRUE, "IsAloneOnDesktop");
+    expect(answers(&_orvAlone::IsAloneOnDesktop, *second) == VARIANT_FALSE,
+           "IsAloneOnDesktop of the second");
+    expect(answers(&_orvAlone::IsAloneAtUser, *first) == VARIANT_TRUE, "IsAloneAtUser");
+}
+
 void checkUnbuilt(Library& library, _orvMain& app, Arguments& a) {
     LONG number = 0;
     VARIANT_BOOL flag = VARIANT_FALSE;
@@ -161,6 +183,7 @@ int main(int count, char** arguments) {
         checkCommandLine(library, app);
         checkPictures(library, app, given);
         checkPictureInfo(library);
+        checkAlone(library);
         checkUnbuilt(library, app, given);
         library.endThread();
         expect(library.canUnload(), "nothing is left alive");

@@ -52,4 +52,16 @@ Set info = CreateObject("OrvBase0301.PictureInfo")
 Check "new PictureInfo", info.GetPictureTypeName, "Nothing"
 Check "enumeration", info.PictureType, 0
 
+Dim guard, copy
+Set guard = CreateObject("OrvBase0301.orvAlone")
+Set copy = CreateObject("OrvBase0301.orvAlone")
+Check "first copy in the system", guard.IsAlone("orvane script"), True
+Check "second copy in the system", copy.IsAlone("orvane script"), False
+Check "first copy on the desktop", guard.IsAloneOnDesktop("orvane script"), True
+Check "second copy on the desktop", copy.IsAloneOnDesktop("orvane script"), False
+Check "desktop's test gave the system's name up", copy.IsAlone("orvane script"), True
+Check "first copy of the user", guard.IsAloneAtUser("orvane script"), True
+Set guard = Nothing
+Set copy = Nothing
+
 If failures = 0 Then WScript.Echo "script ended well"
