@@ -155,6 +155,23 @@ TEST(orvAloneProcesses, NextIsAloneAtOnceWhenTheHolderIsKilled) {
     EXPECT_TRUE(make<orvAlone>()->IsAlone(name));
 }
 
+TEST(orvAloneProcesses, ProcessThatIsKilledWhileItTakesOrLetsGoLeavesTheNameFree) {
+    const auto name = uniqueName();
+    for (int i = 0; i < 100; ++i) {
+        Signal told;
+        Process busy([&] {
+            told.send('s');
+            for (;;)
+                make<orvAlone>()->IsAlone(name);
+            return 0;
+        });
+        ASSERT_EQ(told.receive(), 's');
+        ::usleep(static_cast<useconds_t>(i) * 10);
+        busy.kill();
+        ASSERT_TRUE(make<orvAlone>()->IsAlone(name)) << i;
+    }
+}
+
 TEST(orvAloneProcesses, ChildOfAKilledHolderDoesNotKeepTheName) {
     const auto name = uniqueName();
     Signal told;

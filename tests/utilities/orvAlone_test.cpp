@@ -1,10 +1,10 @@
 #include "utilities/orvAlone.h"
 
+#include "fake_mutexes.h"
 #include "frame/values/codepage.h"
 #include "platform/advapi32.h"
 #include "platform/kernel32.h"
 #include "platform/user32.h"
-#include "support/host_facts.h"
 #include "support/raised_error.h"
 #include "support/recorder.h"
 #include "support/torture.h"
@@ -13,19 +13,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <optional>
 
 namespace orvane {
 namespace {
 
 using namespace std::literals;
-using platform::DesktopHandle;
 using platform::kernel32;
-using platform::MutexHandle;
 using platform::secur32;
 using platform::user32;
-using platform::UserObjectInformation;
+using test::FakeDesktop;
+using test::FakeMutexes;
+using test::mutexCalls;
 using test::raisedBy;
 using test::Recorder;
 using test::ScopedTarget;
@@ -34,78 +33,9 @@ using testing::ElementsAre;
 
 using Lines = std::vector<std::string>;
 
-/// The calls on mutexes, without those that find a scope's name.
-std::vector<platform::OperationBase*> mutexCalls() {
-    return {&kernel32.CreateMutexA, &kernel32.CloseMutexHandle};
-}
-
 std::string quoted(const std::u16string& name) {
     return "\"" + toAnsi(name) + "\"";
 }
-
-/// Lets mutexes be made in name only, with the handles 11, 12, 13, ... and the last error given.
-class FakeMutexes {
-public:
-    explicit FakeMutexes(std::uint32_t error = 0, std::uint32_t first = 11)
-        : next_(first), create_(kernel32.CreateMutexA,
-                                [this, error](const std::string& name) {
-                                    names_.push_back(name);
-                                    platform::setLastError(error);
-                                    return next_ == 0 ? MutexHandle::none : MutexHandle{next_++};
-                                }),
-          close_(kernel32.CloseMutexHandle, [this](MutexHandle handle) {
-              closed_.push_back(static_cast<int>(handle));
-              platform::setLastError(platform::kErrorInvalidHandle);
-              return false;
-          }) {}
-
-    const std::vector<std::string>& names() const { return names_; }
-    const std::vector<int>& closed() const { return closed_; }
-
-private:
-    std::uint32_t next_;
-    std::vector<std::string> names_;
-    std::vector<int> closed_;
-    ScopedTarget<MutexHandle(const std::string&)> create_;
-    ScopedTarget<bool(MutexHandle)> close_;
-};
-
-/// A desktop with a name of any length.
-class FakeDesktop {
-public:
-    explicit FakeDesktop(std::string name)
-        : name_(std::move(name)), thread_(kernel32.GetCurrentThreadId, [] { return 77u; }),
-          desktop_(user32.GetThreadDesktop,
-                   [](std::uint32_t thread) {
-                       EXPECT_EQ(thread, 77u);
-                       return DesktopHandle{5};
-                   }),
-          information_(user32.GetUserObjectInformationA,
-                       [this](DesktopHandle desktop, UserObjectInformation what,
-                              std::span<std::uint8_t> buffer, std::uint32_t& needed) {
-                           EXPECT_EQ(desktop, DesktopHandle{5});
-                           EXPECT_EQ(what, UserObjectInformation::name);
-                           sizes_.push_back(buffer.size());
-                           needed = static_cast<std::uint32_t>(name_.size() + 1);
-                           if (failing_ == sizes_.size() || buffer.size() < needed) return false;
-                           std::copy_n(name_.c_str(), needed, buffer.begin());
-                           return true;
-                       }) {}
-
-    /// Makes the call of this number fail although the buffer is large enough.
-    void failCall(std::size_t number) { failing_ = number; }
-    const std::vector<std::size_t>& sizes() const { return sizes_; }
-
-private:
-    std::string name_;
-    std::vector<std::size_t> sizes_;
-    std::size_t failing_ = 0;
-    ScopedTarget<std::uint32_t()> thread_;
-    ScopedTarget<DesktopHandle(std::uint32_t)> desktop_;
-    ScopedTarget<bool(DesktopHandle, UserObjectInformation, std::span<std::uint8_t>,
-                      std::uint32_t&)>
-        information_;
-};
 
 TEST(orvAlone, FirstObjectIsAloneAndTheSecondIsNot) {
     const auto name = uniqueName();
@@ -352,58 +282,6 @@ TEST(orvAlone, FailureToNameTheUserIsRaisedAndMakesNoMutex) {
     EXPECT_NE(raisedBy([&] { object->IsAloneAtUser(u"a"); }), 0);
     EXPECT_EQ(fake.names().size(), 1U);
     EXPECT_THAT(fake.closed(), ElementsAre(11));
-}
-
-TEST(orvAloneDesktopName, OfNoDesktopIsEmpty) {
-    const FakeMutexes fake;
-    ScopedTarget desktop(user32.GetThreadDesktop,
-                         [](std::uint32_t) { return DesktopHandle::none; });
-    make<orvAlone>()->IsAloneOnDesktop(u"a");
-    EXPECT_THAT(fake.names(), ElementsAre("a_Desktop_"));
-}
-
-TEST(orvAloneDesktopName, OfUpToAHundredBytesTakesOneCall) {
-    const FakeMutexes fake;
-    const FakeDesktop desktop(std::string(99, 'n'));
-    make<orvAlone>()->IsAloneOnDesktop(u"a");
-    EXPECT_THAT(desktop.sizes(), ElementsAre(100U));
-    EXPECT_THAT(fake.names(), ElementsAre("a_Desktop_" + std::string(99, 'n')));
-}
-
-TEST(orvAloneDesktopName, OfMoreBytesTakesASecondCallWithTheSizeThatItNeeds) {
-    const FakeMutexes fake;
-    const FakeDesktop desktop(std::string(100, 'n'));
-    make<orvAlone>()->IsAloneOnDesktop(u"a");
-    EXPECT_THAT(desktop.sizes(), ElementsAre(100U, 101U));
-    EXPECT_THAT(fake.names(), ElementsAre("a_Desktop_" + std::string(100, 'n')));
-}
-
-TEST(orvAloneDesktopName, IsEmptyWhenTheOnlyCallFails) {
-    const FakeMutexes fake;
-    FakeDesktop desktop("short");
-    desktop.failCall(1);
-    make<orvAlone>()->IsAloneOnDesktop(u"a");
-    EXPECT_THAT(desktop.sizes(), ElementsAre(100U));
-    EXPECT_THAT(fake.names(), ElementsAre("a_Desktop_"));
-}
-
-TEST(orvAloneDesktopName, IsEmptyWhenTheSecondCallFails) {
-    const FakeMutexes fake;
-    FakeDesktop desktop(std::string(200, 'n'));
-    desktop.failCall(2);
-    make<orvAlone>()->IsAloneOnDesktop(u"a");
-    EXPECT_THAT(desktop.sizes(), ElementsAre(100U, 201U));
-    EXPECT_THAT(fake.names(), ElementsAre("a_Desktop_"));
-}
-
-TEST(orvAloneDesktopName, OfThisProcessIsTheSameTwice) {
-    const auto name = uniqueName();
-    const Recorder recorder(mutexCalls());
-    const auto first = make<orvAlone>();
-    EXPECT_TRUE(first->IsAloneOnDesktop(name));
-    EXPECT_FALSE(make<orvAlone>()->IsAloneOnDesktop(name));
-    EXPECT_EQ(recorder.calls()[0].arguments, recorder.calls()[1].arguments);
-    EXPECT_TRUE(recorder.calls()[0].arguments[0].starts_with("\"" + toAnsi(name) + "_Desktop_"));
 }
 
 TEST(orvAlone, NoFailureOfThePlatformLeavesAMutexOpen) {
