@@ -4,6 +4,7 @@
 #include "pictures/PictureInfo.h"
 #include "utilities/CommandLineParser.h"
 #include "utilities/orvAlone.h"
+#include "utilities/orvSort.h"
 
 namespace orvane::automation {
 
@@ -17,7 +18,7 @@ const LibraryTable& libraryTable() {
             5,
             u"Orvane - Библиотека общих функций 3.01",
             {&orvMain::table(), &orvAlone::table(), &PictureInfo::table(),
-             &CommandLineParser::table()},
+             &CommandLineParser::table(), &orvSort::table()},
             {&enumTable(orvPictureTypeEx{}), &enumTable(AddAutoCompleteFlags{})},
             {3, 1, 0, 251},
             u"3.01.0251",

@@ -38,6 +38,10 @@ const Row kRows[] = {
      kInternal,
      {0x30ADF94B, 0xA4D4, 0x4550, {0x9B, 0x84, 0xB9, 0xA4, 0xF2, 0x23, 0x3A, 0x99}},
      {0xD8D95142, 0xB960, 0x43F8, {0x8C, 0xB6, 0x10, 0xB6, 0xB5, 0x0A, 0x4E, 0x3B}}},
+    {u"orvSort",
+     kGlobal,
+     {0x14926308, 0xCBA8, 0x484C, {0x81, 0x1F, 0x6B, 0xF9, 0x7E, 0x28, 0x2B, 0x72}},
+     {0xEAC60479, 0xBB6F, 0x4CFD, {0x9B, 0xA6, 0x60, 0x7E, 0xF1, 0x45, 0xA0, 0x98}}},
 };
 
 TYPEATTR attributesOf(ITypeInfo& info) {
@@ -81,8 +85,8 @@ TEST(Catalogue, TypeLibraryHasTheClassesInTheirOrderAndNoOther) {
         ASSERT_EQ(types->GetTypeInfo(i, info.receive()), S_OK);
         if (attributesOf(*info).typekind == TKIND_COCLASS) names.push_back(nameOf(*info));
     }
-    EXPECT_THAT(
-        names, testing::ElementsAre(u"orvMain", u"orvAlone", u"PictureInfo", u"CommandLineParser"));
+    EXPECT_THAT(names, testing::ElementsAre(u"orvMain", u"orvAlone", u"PictureInfo",
+                                            u"CommandLineParser", u"orvSort"));
 }
 
 TEST(Catalogue, FactoriesMakeWhatHostsMayCreateAndRefuseTheRest) {

@@ -138,6 +138,94 @@ void checkAlone(Library& library) {
     expect(answers(&_orvAlone::IsAloneAtUser, *first) == VARIANT_TRUE, "IsAloneAtUser");
 }
 
+/// An array of a host's own with three elements, from index -1 on, and a Variant that stands for
+/// it.
+class ThreeElements {
+public:
+    ThreeElements(Library& library, VARTYPE type) : library_(library) {
+        SAFEARRAYBOUND bound{3, -1};
+#ifdef _WIN32
+        array = SafeArrayCreate(type, 1, &bound);
+#else
+        array = library.runtime()->CreateArray(type, 1, &bound);
+#endif
+        value.vt = static_cast<VARTYPE>(VT_ARRAY | VT_BYREF | type);
+        value.pparray = &array;
+    }
+    ~ThreeElements() {
+#ifdef _WIN32
+        SafeArrayDestroy(array);
+#else
+        library_.runtime()->DestroyArray(array);
+#endif
+    }
+    ThreeElements(const ThreeElements&) = delete;
+    ThreeElements& operator=(const ThreeElements&) = delete;
+
+    template <class T>
+    T& at(std::size_t place) const {
+        return static_cast<T*>(array->pvData)[place];
+    }
+
+    SAFEARRAY* array = nullptr;
+    VARIANT value{};
+
+private:
+    [[maybe_unused]] Library& library_;
+};
+
+template <class Sort>
+void checkSortOfLongs(Library& library, Sort sort, const char* member) {
+    ThreeElements numbers(library, VT_I4);
+    numbers.at<LONG>(0) = 3;
+    numbers.at<LONG>(1) = -1;
+    numbers.at<LONG>(2) = 2;
+    library.check(sort(numbers));
+    expect(numbers.at<LONG>(0) == -1 && numbers.at<LONG>(1) == 2 && numbers.at<LONG>(2) == 3,
+           member);
+}
+
+template <class Sort>
+void checkSortOfTexts(Library& library, Sort sort, const char* member) {
+    ThreeElements texts(library, VT_BSTR);
+    std::size_t place = 0;
+    for (const char16_t* each : {u"b", u"a", u"Z"})
+        std::swap(texts.at<BSTR>(place++), *Text(each).place());
+    library.check(sort(texts));
+    expect(orvane::host::viewOf(texts.at<BSTR>(0)) == u"Z" &&
+               orvane::host::viewOf(texts.at<BSTR>(1)) == u"a" &&
+               orvane::host::viewOf(texts.at<BSTR>(2)) == u"b",
+           member);
+}
+
+void checkSorts(Library& library) {
+    auto& sorter = library.global<_orvSort>();
+    using Three = ThreeElements;
+    const auto longs = [&](auto sort, const char* member) {
+        checkSortOfLongs(library, sort, member);
+    };
+    const auto texts = [&](auto sort, const char* member) {
+        checkSortOfTexts(library, sort, member);
+    };
+    longs([&](Three& a) { return sorter.InsertionSort(&a.value); }, "InsertionSort");
+    longs([&](Three& a) { return sorter.InsertionSort_ByLong(&a.array); }, "InsertionSort_ByLong");
+    longs([&](Three& a) { return sorter.QuickSort(&a.value); }, "QuickSort");
+    longs([&](Three& a) { return sorter.QuickSort_ByLong(&a.array); }, "QuickSort_ByLong");
+    texts([&](Three& a) { return sorter.InsertionSort_ByString(&a.array); },
+          "InsertionSort_ByString");
+    texts([&](Three& a) { return sorter.QuickSort_ByString(&a.array); }, "QuickSort_ByString");
+    texts([&](Three& a) { return sorter.QuickSort(&a.value); }, "QuickSort of texts");
+    const auto refusesNothing = [&](HRESULT status, const char* member) {
+        expect(errorOf(library, status) == 91, member);
+    };
+    refusesNothing(sorter.InsertionSortC(nullptr), "InsertionSortC");
+    refusesNothing(sorter.InsertionSortC_ByString(nullptr), "InsertionSortC_ByString");
+    refusesNothing(sorter.InsertionSortC_ByLong(nullptr), "InsertionSortC_ByLong");
+    refusesNothing(sorter.QuickSortC(nullptr), "QuickSortC");
+    refusesNothing(sorter.QuickSortC_ByString(nullptr), "QuickSortC_ByString");
+    refusesNothing(sorter.QuickSortC_ByLong(nullptr), "QuickSortC_ByLong");
+}
+
 void checkUnbuilt(Library& library, _orvMain& app, Arguments& a) {
     LONG number = 0;
     VARIANT_BOOL flag = VARIANT_FALSE;
@@ -183,6 +271,7 @@ int main(int count, char** arguments) {
         checkCommandLine(library, app);
         checkPictures(library, app, given);
         checkPictureInfo(library);
+        checkSorts(library);
         checkAlone(library);
         checkUnbuilt(library, app, given);
         library.endThread();

@@ -64,4 +64,55 @@ Check "first copy of the user", guard.IsAloneAtUser("orvane script"), True
 Set guard = Nothing
 Set copy = Nothing
 
+Dim sorter, list, plain, i
+Set sorter = CreateObject("OrvBase0301.orvSort")
+list = Array(3, "10", 2.5, 1)
+sorter.QuickSort list
+Check "QuickSort", list(0) & " " & list(2) & " " & list(3), "1 3 10"
+list = Array("b", "a", "Z")
+sorter.InsertionSort list
+Check "InsertionSort", list(0) & list(1) & list(2), "Zab"
+list = Array(Null, 2, 1)
+sorter.QuickSort list
+Check "QuickSort with Null", UBound(list), 2
+ReDim list(999)
+For i = 0 To 999
+    list(i) = (i * 7919) Mod 1000
+Next
+sorter.QuickSort list
+For i = 0 To 999
+    Check "sorted element", list(i), i
+Next
+
+Class HostCollection
+    Public Items
+    Public Property Get Count
+        Count = UBound(Items) + 1
+    End Property
+    Public Property Get Item(index)
+        Item = Items(index - 1)
+    End Property
+End Class
+Set list = New HostCollection
+list.Items = Array(3, 1, 2)
+sorter.QuickSortC list
+sorter.InsertionSortC_ByLong list
+sorter.QuickSortC_ByString list
+Check "collection as it was", list.Item(1) & list.Item(2) & list.Item(3), "312"
+
+On Error Resume Next
+list.Items = Array()
+sorter.QuickSortC list
+Check "empty collection", Err.Number, 9
+Err.Clear
+list.Items = Array(1, "word")
+sorter.QuickSortC_ByLong list
+Check "no Long", Err.Number, 13
+Err.Clear
+plain = 5
+sorter.QuickSort plain
+Check "no array", Err.Number, 13
+Err.Clear
+On Error GoTo 0
+
 If failures = 0 Then WScript.Echo "script ended well"
