@@ -1,0 +1,26 @@
+"""What the tests of the Python host share: the package's place, and the test component."""
+
+import os
+import pathlib
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parents[3]
+sys.path.insert(0, str(ROOT / "bindings" / "python"))
+
+import orvane  # noqa: E402
+
+PICTURES = ROOT / "examples" / "pictures"
+_PROBE_CLASS = "{1B7C2F20-3A5D-4E61-9C22-5D807B410E01}"
+
+
+def component():
+    """The test component, which has a member of every kind."""
+    path = os.environ.get("ORVANE_TEST_COMPONENT",
+                          ROOT / "build" / "linux" / "bin" / "libOrvTestComponent.so")
+    return orvane.load(path, _PROBE_CLASS)
+
+
+def resident_bytes():
+    """The process's memory that is in use."""
+    with open("/proc/self/statm") as file:
+        return int(file.read().split()[1]) * os.sysconf("SC_PAGE_SIZE")
