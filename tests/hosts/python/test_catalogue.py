@@ -143,6 +143,45 @@ class Pictures(unittest.TestCase):
         self.assertIn("|", orvane.orvMain.GetLoadPictureExFilter())
 
 
+class Sort(unittest.TestCase):
+    def setUp(self):
+        self.sort = orvane.create("orvSort")
+
+    def test_typed_arrays_are_sorted_where_they_are(self):
+        for way in ["InsertionSort", "QuickSort"]:
+            with self.subTest(way=way):
+                numbers = orvane.array("Long", [5, -3, 9, 0, -3, 2**31 - 1], lower=-5)
+                getattr(self.sort, way + "_ByLong")(numbers)
+                self.assertEqual((list(numbers), numbers.lower),
+                                 ([-3, -3, 0, 5, 9, 2**31 - 1], -5))
+                texts = orvane.array("String", ["b", "", "c", "a"])
+                getattr(self.sort, way + "_ByString")(texts)
+                self.assertEqual(texts, ["", "a", "b", "c"])
+                values = orvane.array("Variant", [3, 1, 2.5])
+                getattr(self.sort, way)(values)
+                self.assertEqual(values, [1, 2.5, 3])
+
+    def test_a_list_by_reference_comes_back_sorted(self):
+        for way in ["QuickSort", "QuickSort_ByLong", "InsertionSort", "InsertionSort_ByLong"]:
+            given = orvane.Ref([3, 1, 2])
+            getattr(self.sort, way)(given)
+            self.assertEqual(given.value, [1, 2, 3])
+
+    def test_a_collection_of_the_host_is_read_by_name(self):
+        asked = []
+
+        class Watched(orvane.Collection):
+            def Item(self, Index):
+                asked.append(Index)
+                return super().Item(Index)
+
+        for way in ["InsertionSortC", "QuickSortC"]:
+            for kind, values in [("", [2, 1]), ("_ByLong", [2, 1]), ("_ByString", ["b", "a"])]:
+                asked.clear()
+                getattr(self.sort, way + kind)(Watched(values))
+                self.assertEqual(asked, [1, 2])
+
+
 class Alone(unittest.TestCase):
     def test_a_name_is_free_until_somebody_holds_it(self):
         name = "python test %d" % os.getpid()
