@@ -2,6 +2,8 @@
 
 #include "frame/automation/apartment.h"
 #include "pictures/LoadPictureEx.h"
+#include "utilities/arrays.h"
+#include "utilities/collections.h"
 
 namespace orvane {
 namespace {
@@ -48,12 +50,12 @@ Picture orvMain::LoadResPictureByData(Array<std::uint8_t>& resourceData, Ref<Pic
     return orvane::LoadResPictureByData(resourceData, info);
 }
 
-Array<WString> orvMain::ArrayBSTR(automation::ArgumentList&) {
-    notCarriedOut();
+Array<WString> orvMain::ArrayBSTR(automation::ArgumentList& args) {
+    return orvane::ArrayBSTR(args.values);
 }
 
-Array<std::int32_t> orvMain::ArrayLong(automation::ArgumentList&) {
-    notCarriedOut();
+Array<std::int32_t> orvMain::ArrayLong(automation::ArgumentList& args) {
+    return orvane::ArrayLong(args.values);
 }
 
 void orvMain::ShowMSAboutBox(const Object&) {
@@ -91,21 +93,24 @@ void orvMain::ShowModalForm(const Object&, const Object&) {
     notCarriedOut();
 }
 
-std::int32_t orvMain::InArray(Array<std::int32_t>&, const Variant&, const Variant&, const Variant&,
-                              bool&) {
-    notCarriedOut();
+std::int32_t orvMain::InArray(Array<std::int32_t>& array, const Variant& findWhat,
+                              const Variant& startAt, const Variant& endAt, bool& isFound) {
+    return orvane::InArray(array, findWhat, startAt, endAt, isFound);
 }
 
-bool orvMain::IsInArray(Array<std::int32_t>&, const Variant&, const Variant&, const Variant&) {
-    notCarriedOut();
+bool orvMain::IsInArray(Array<std::int32_t>& array, const Variant& findWhat, const Variant& startAt,
+                        const Variant& endAt) {
+    return orvane::IsInArray(array, findWhat, startAt, endAt);
 }
 
-std::int32_t orvMain::InCollection(Object&, const Variant&, const Variant&, const Variant&, bool&) {
-    notCarriedOut();
+std::int32_t orvMain::InCollection(Object& collection, const Variant& findWhat,
+                                   const Variant& startAt, const Variant& endAt, bool& isFound) {
+    return orvane::InCollection(collection, findWhat, startAt, endAt, isFound);
 }
 
-bool orvMain::IsInCollection(Object&, const Variant&, const Variant&, const Variant&) {
-    notCarriedOut();
+bool orvMain::IsInCollection(Object& collection, const Variant& findWhat, const Variant& startAt,
+                             const Variant& endAt) {
+    return orvane::IsInCollection(collection, findWhat, startAt, endAt);
 }
 
 std::int32_t orvMain::GetSelectedOptionButtonIndex(const Object&) {
@@ -128,8 +133,8 @@ void orvMain::FixCBCursors(const Object&) {
     notCarriedOut();
 }
 
-WString orvMain::JoinCollection(Object&, WStringView, bool) {
-    notCarriedOut();
+WString orvMain::JoinCollection(Object& collection, WStringView delimiter, bool raiseErrors) {
+    return orvane::JoinCollection(collection, delimiter, raiseErrors);
 }
 
 bool orvMain::AddAutoComplete(const Object&, AddAutoCompleteFlags) {

@@ -4,7 +4,10 @@
 #include "pictures/PictureInfo.h"
 #include "utilities/CommandLineParser.h"
 #include "utilities/orvAlone.h"
+#include "utilities/orvBenchMark.h"
+#include "utilities/orvBenchMarkHP.h"
 #include "utilities/orvSort.h"
+#include "utilities/orvStringBuffer.h"
 
 namespace orvane::automation {
 
@@ -17,8 +20,9 @@ const LibraryTable& libraryTable() {
             1,
             5,
             u"Orvane - Библиотека общих функций 3.01",
-            {&orvMain::table(), &orvAlone::table(), &PictureInfo::table(),
-             &CommandLineParser::table(), &orvSort::table()},
+            {&orvMain::table(), &orvAlone::table(), &orvBenchMark::table(), &PictureInfo::table(),
+             &orvBenchMarkHP::table(), &CommandLineParser::table(), &orvStringBuffer::table(),
+             &orvSort::table()},
             {&enumTable(orvPictureTypeEx{}), &enumTable(AddAutoCompleteFlags{})},
             {3, 1, 0, 251},
             u"3.01.0251",

@@ -121,6 +121,11 @@ struct Kernel32 {
     Operation<void(const std::string& text)> OutputDebugStringA{"kernel32", "OutputDebugStringA"};
     /// Milliseconds since the system started.
     Operation<std::uint32_t()> GetTickCount{"kernel32", "GetTickCount"};
+    /// The high-resolution counter, and how many of its ticks a second has.
+    Operation<bool(std::int64_t& counter)> QueryPerformanceCounter{
+        "kernel32", "QueryPerformanceCounter", false, kErrorInvalidFunction};
+    Operation<bool(std::int64_t& frequency)> QueryPerformanceFrequency{
+        "kernel32", "QueryPerformanceFrequency", false, kErrorInvalidFunction};
     /// 100-nanosecond steps since 1601-01-01 UTC.
     Operation<std::uint64_t()> GetSystemTimeAsFileTime{"kernel32", "GetSystemTimeAsFileTime"};
     /// Zeroed pages for large data, which take memory only where they are touched; null when there
@@ -147,8 +152,9 @@ struct Kernel32 {
                 CreateDirectoryA, GetTempPathA, GetTempFileNameA, GetFullPathNameA,
                 GetLongPathNameA, GetCommandLineW, GetModuleFileNameA, GetModuleHandleA,
                 GetComputerNameA, GlobalMemoryStatusEx, GetVersionExA, FormatMessageA,
-                OutputDebugStringA, GetTickCount, GetSystemTimeAsFileTime, TlsAlloc, TlsFree,
-                TlsGetValue, TlsSetValue, VirtualAlloc, VirtualFree);
+                OutputDebugStringA, GetTickCount, QueryPerformanceCounter,
+                QueryPerformanceFrequency, GetSystemTimeAsFileTime, TlsAlloc, TlsFree, TlsGetValue,
+                TlsSetValue, VirtualAlloc, VirtualFree);
     }
 };
 extern Kernel32 kernel32;

@@ -32,10 +32,14 @@ struct User32 {
                    std::uint32_t& needed)>
         GetUserObjectInformationA{"user32", "GetUserObjectInformationA", false,
                                   kErrorInvalidHandle};
+    /// Plays the sound of a message kind, all bits set for a simple beep, and doesn't wait for it.
+    /// A system without the means of playing it goes without, and that is no failure.
+    Operation<bool(std::uint32_t kind)> MessageBeep{"user32", "MessageBeep", false,
+                                                    kErrorInvalidFunction};
 
     template <class Visitor>
     constexpr void visit(Visitor&& visitor) {
-        visitor(GetIconInfo, GetThreadDesktop, GetUserObjectInformationA);
+        visitor(GetIconInfo, GetThreadDesktop, GetUserObjectInformationA, MessageBeep);
     }
 };
 extern User32 user32;

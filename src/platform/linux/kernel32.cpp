@@ -31,6 +31,8 @@ constexpr Kernel32 boundTable() {
     table.FormatMessageA.bind<&formatMessage>();
     table.OutputDebugStringA.bind<&outputDebugString>();
     table.GetTickCount.bind<&tickCount>();
+    table.QueryPerformanceCounter.bind<&performanceCounter>();
+    table.QueryPerformanceFrequency.bind<&performanceFrequency>();
     table.GetSystemTimeAsFileTime.bind<&systemTimeAsFileTime>();
     table.TlsAlloc.bind<&allocateSlot>();
     table.TlsFree.bind<&freeSlot>();

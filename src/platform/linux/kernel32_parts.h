@@ -39,6 +39,8 @@ bool systemVersion(SystemVersion& version);
 void outputDebugString(const std::string& text);
 std::uint32_t currentThreadId();
 std::uint32_t tickCount();
+bool performanceCounter(std::int64_t& counter);
+bool performanceFrequency(std::int64_t& frequency);
 std::uint64_t systemTimeAsFileTime();
 
 // command_line.cpp

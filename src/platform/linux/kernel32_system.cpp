@@ -21,6 +21,8 @@ namespace {
 constexpr std::uint64_t kKibibyte = 1024;
 // The part of the address space that x86-64 leaves to a process.
 constexpr std::uint64_t kUserAddressSpace = std::uint64_t{1} << 47;
+// The high-resolution counter counts what the system's clocks do.
+constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
 
 /// Takes the number that `text` begins with, and the dot behind it, away from it.
 std::uint32_t takeNumber(std::string_view& text) {
@@ -115,6 +117,20 @@ std::uint32_t tickCount() {
     timespec now{};
     ::clock_gettime(CLOCK_BOOTTIME, &now);
     return static_cast<std::uint32_t>(now.tv_sec * 1000 + now.tv_nsec / 1'000'000);
+}
+
+bool performanceCounter(std::int64_t& counter) {
+    timespec now{};
+    if (::clock_gettime(CLOCK_MONOTONIC, &now) != 0) {
+        return failWith(errorFromErrno(errno), false);
+    }
+    counter = now.tv_sec * kNanosecondsPerSecond + now.tv_nsec;
+    return true;
+}
+
+bool performanceFrequency(std::int64_t& frequency) {
+    frequency = kNanosecondsPerSecond;
+    return true;
 }
 
 std::uint64_t systemTimeAsFileTime() {

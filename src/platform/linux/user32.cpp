@@ -77,11 +77,20 @@ bool userObjectInformation(DesktopHandle object, UserObjectInformation what,
     return true;
 }
 
+// A bell belongs to a terminal or to a desktop's sound service. The first is the host's, which a
+// character written behind its back could disturb, and the second is a choice of the desktop that
+// the library has no part in. It is as silent here as the platform is without a sound device,
+// where this succeeds, too.
+bool messageBeep(std::uint32_t) {
+    return true;
+}
+
 constexpr User32 boundTable() {
     User32 table;
     table.GetIconInfo.bind<&getIconInfo>();
     table.GetThreadDesktop.bind<&threadDesktop>();
     table.GetUserObjectInformationA.bind<&userObjectInformation>();
+    table.MessageBeep.bind<&messageBeep>();
     return table;
 }
 static_assert(allBound(boundTable()));

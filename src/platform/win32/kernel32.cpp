@@ -92,6 +92,20 @@ std::uint32_t getTickCount() {
     return ::GetTickCount();
 }
 
+bool queryPerformanceCounter(std::int64_t& counter) {
+    LARGE_INTEGER value{};
+    if (!::QueryPerformanceCounter(&value)) return false;
+    counter = value.QuadPart;
+    return true;
+}
+
+bool queryPerformanceFrequency(std::int64_t& frequency) {
+    LARGE_INTEGER value{};
+    if (!::QueryPerformanceFrequency(&value)) return false;
+    frequency = value.QuadPart;
+    return true;
+}
+
 std::uint64_t getSystemTimeAsFileTime() {
     FILETIME time;
     ::GetSystemTimeAsFileTime(&time);
@@ -125,6 +139,8 @@ constexpr Kernel32 bound() {
     table.FormatMessageA.bind<formatMessage>();
     table.OutputDebugStringA.bind<outputDebugString>();
     table.GetTickCount.bind<getTickCount>();
+    table.QueryPerformanceCounter.bind<queryPerformanceCounter>();
+    table.QueryPerformanceFrequency.bind<queryPerformanceFrequency>();
     table.GetSystemTimeAsFileTime.bind<getSystemTimeAsFileTime>();
     table.TlsAlloc.bind<allocateSlot>();
     table.TlsFree.bind<freeSlot>();

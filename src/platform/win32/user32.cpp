@@ -32,11 +32,16 @@ bool getUserObjectInformation(DesktopHandle object, UserObjectInformation what,
     return done;
 }
 
+bool messageBeep(std::uint32_t kind) {
+    return ::MessageBeep(kind) != 0;
+}
+
 constexpr User32 bound() {
     User32 table;
     table.GetIconInfo.bind<getIconInfo>();
     table.GetThreadDesktop.bind<getThreadDesktop>();
     table.GetUserObjectInformationA.bind<getUserObjectInformation>();
+    table.MessageBeep.bind<messageBeep>();
     return table;
 }
 static_assert(allBound(bound()));

@@ -115,4 +115,68 @@ Check "no array", Err.Number, 13
 Err.Clear
 On Error GoTo 0
 
+Dim numbers, texts, position, found, joined
+numbers = app.ArrayLong("1", 2.6, "no number", 1)
+Check "ArrayLong", VarType(numbers), 8195
+texts = app.ArrayBSTR("a", 2)
+Check "ArrayBSTR", VarType(texts), 8200
+found = False
+position = app.InArray(numbers, "3", , , found)
+Check "InArray", position, 1
+Check "IsFound by reference", found, True
+Check "IsInArray", app.IsInArray(numbers, 1, 1, 2), False
+Check "element that is no number", app.IsInArray(numbers, 0, 2, 2), True
+
+Class ScriptCollection
+    Public Property Get Count
+        Count = 3
+    End Property
+    Public Function Item(index)
+        Select Case index
+        Case 1: Item = "one"
+        Case 2: Err.Raise 1234, "the script", "no such item"
+        Case 3: Item = 3
+        End Select
+    End Function
+End Class
+
+Dim entries
+Set entries = New ScriptCollection
+found = False
+position = app.InCollection(entries, "one", , , found)
+Check "InCollection", position, 1
+Check "IsFound of a collection", found, True
+Check "IsInCollection", app.IsInCollection(entries, 3, 3), True
+Check "JoinCollection", app.JoinCollection(entries, "-"), "one--3"
+On Error Resume Next
+joined = app.JoinCollection(entries, "-", True)
+Check "JoinCollection with errors", Err.Number, 1234
+Err.Clear
+found = True
+position = app.InArray(numbers, 5, 0, 9, found)
+Check "InArray past the end", Err.Number, 9
+Err.Clear
+On Error GoTo 0
+
+Dim buffer
+Set buffer = CreateObject("OrvBase0301.orvStringBuffer")
+buffer.Alloc 10
+buffer.AddText "abc"
+Check "padded buffer", buffer.Value, "abc       "
+buffer.Trim
+Check "trimmed buffer", buffer.Value & buffer.Size, "abc3"
+buffer.Alloc 5, 65
+Check "buffer of a character code", buffer.Value, "AAAAA"
+buffer.Value = "new"
+buffer.AddText 12
+Check "buffer with a value", buffer.Value, "new12"
+
+Dim watch
+For Each watch In Array(CreateObject("OrvBase0301.orvBenchMark"), CreateObject("OrvBase0301.orvBenchMarkHP"))
+    Check "new stopwatch", watch.GetTickDifferenceMS, 0
+    Check "passes of a new stopwatch", watch.toString(4), "0 ms. / 4 (0 ms.)"
+    watch.FirstMark
+    watch.LaskMark
+    Check "stopwatch", watch.GetTickDifferenceMS >= 0, True
+Next
 If failures = 0 Then WScript.Echo "script ended well"

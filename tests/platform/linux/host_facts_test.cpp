@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <ctime>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -165,6 +166,21 @@ TEST(DebugOutput, IsALineWhenAskedFor) {
     kernel32.OutputDebugStringA("line\n");
     ::unsetenv("ORVANE_DEBUG");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "\u0414\u0430\nline\n");
+}
+
+TEST(LinuxClock, TheHighResolutionCounterRunsInNanoseconds) {
+    std::int64_t frequency = 0;
+    ASSERT_TRUE(kernel32.QueryPerformanceFrequency(frequency));
+    EXPECT_EQ(frequency, 1'000'000'000);
+    std::int64_t first = 0;
+    std::int64_t second = 0;
+    timespec between{};
+    ASSERT_TRUE(kernel32.QueryPerformanceCounter(first));
+    ::clock_gettime(CLOCK_MONOTONIC, &between);
+    ASSERT_TRUE(kernel32.QueryPerformanceCounter(second));
+    const std::int64_t expected = between.tv_sec * frequency + between.tv_nsec;
+    EXPECT_LE(first, expected);
+    EXPECT_GE(second, expected);
 }
 
 TEST(LinuxClock, CountsFrom1601) {
