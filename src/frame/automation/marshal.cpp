@@ -343,7 +343,12 @@ void storeElements(SAFEARRAY* target, const ArrayBase& array) {
 
 void replaceArray(SAFEARRAY*& place, const ArrayBase& array) {
     const bool fixed = place != nullptr && (place->fFeatures & kFixed) != 0;
-    if (fixed) raise(error::kArrayLocked);
+    if (fixed) {
+        // A host's array of fixed size takes new elements, no new bounds.
+        if (arrayBounds(*place) != array.bounds()) raise(error::kArrayLocked);
+        storeElements(place, array);
+        return;
+    }
     SAFEARRAY* fresh = toSafeArray(array);
     if (place != nullptr && FAILED(SafeArrayDestroy(place))) {
         SafeArrayDestroy(fresh);

@@ -40,7 +40,8 @@ SAFEARRAY* toSafeArray(const ArrayBase& array);
 /// The array in a SAFEARRAY; null gives an unallocated array of the element type.
 Variant::ArrayPointer fromSafeArray(SAFEARRAY* array, VARTYPE elementType);
 /// Puts a new SAFEARRAY with the elements and bounds of `array` into `place` and frees the former
-/// one. Raises 10 when that one is locked, or is a fixed-size array, which can't be replaced.
+/// one. A fixed-size array keeps its place and takes the elements when the bounds are the same.
+/// Raises 10 when the former one is locked, or is of a fixed size with other bounds.
 void replaceArray(SAFEARRAY*& place, const ArrayBase& array);
 /// Stores the elements of `array` into `target`, which has the same bounds.
 void storeElements(SAFEARRAY* target, const ArrayBase& array);

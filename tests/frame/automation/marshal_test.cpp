@@ -176,6 +176,21 @@ TEST(Marshal, AnObjectWithoutMembersFitsNoVariableForOnesWithMembers) {
     EXPECT_EQ(bare.references, 2U);
 }
 
+TEST(Marshal, AnArrayOfFixedSizeTakesNewElementsInPlace) {
+    SAFEARRAY* array = toSafeArray(Array<std::int32_t>::of({2, 1}));
+    array->fFeatures |= FADF_FIXEDSIZE;
+    SAFEARRAY* const before = array;
+    VARIANT place{};
+    place.vt = VT_BYREF | VT_ARRAY | VT_I4;
+    place.pparray = &array;
+    storeVariant(place, Variant(Array<std::int32_t>::of({1, 2})));
+    EXPECT_EQ(array, before);
+    EXPECT_EQ(static_cast<LONG*>(array->pvData)[1], 2);
+    EXPECT_THROW(storeVariant(place, Variant(Array<std::int32_t>::of({1}))), RuntimeError);
+    array->fFeatures = static_cast<USHORT>(array->fFeatures & ~FADF_FIXEDSIZE);
+    SafeArrayDestroy(array);
+}
+
 TEST(Marshal, AReferenceReadsAndWritesItsPlace) {
     HostVariant place{Variant(std::int32_t{4})};
     Variant reference = referenceTo(place.value);
