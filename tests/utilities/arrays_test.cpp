@@ -20,7 +20,7 @@ constexpr std::int32_t kLongMax = std::numeric_limits<std::int32_t>::max();
 const Variant kLeftOut = Variant::missing();
 
 Array<Variant> argumentsFrom(std::int32_t lower, std::vector<Variant> values) {
-    const auto upper = static_cast<std::int32_t>(values.size()) + lower - 1;
+    const auto upper = lower + (static_cast<std::int32_t>(values.size()) - 1);
     Array<Variant> list(lower, upper);
     for (std::size_t i = 0; i < values.size(); ++i) {
         list.at(lower + static_cast<std::int32_t>(i)) = values[i];
@@ -42,7 +42,7 @@ std::vector<std::u16string> textsOf(const Array<WString>& array) {
 }
 
 Array<std::int32_t> longs(std::int32_t lower, std::vector<std::int32_t> values) {
-    const auto upper = static_cast<std::int32_t>(values.size()) + lower - 1;
+    const auto upper = lower + (static_cast<std::int32_t>(values.size()) - 1);
     Array<std::int32_t> array(lower, upper);
     std::ranges::copy(values, array.elements().begin());
     return array;

@@ -16,7 +16,6 @@ using Bytes = std::span<const std::uint8_t>;
 
 constexpr std::size_t kFileHeader = 14;
 constexpr std::size_t kInfoHeader = 40;
-constexpr std::size_t kMasks = 12;
 /// What memory of 32 bits can hold three bytes each of.
 constexpr std::uint64_t kMostPixels = 0x7FFF0000 / 3;
 constexpr std::uint32_t kUncompressed = 0;
