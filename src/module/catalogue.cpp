@@ -2,6 +2,7 @@
 #include "frame/automation/table.h"
 #include "main/orvMain.h"
 #include "pictures/PictureInfo.h"
+#include "settings/orvRegistry.h"
 #include "utilities/CommandLineParser.h"
 #include "utilities/orvAlone.h"
 #include "utilities/orvBenchMark.h"
@@ -20,10 +21,11 @@ const LibraryTable& libraryTable() {
             1,
             5,
             u"Orvane - Библиотека общих функций 3.01",
-            {&orvMain::table(), &orvAlone::table(), &orvBenchMark::table(), &PictureInfo::table(),
-             &orvBenchMarkHP::table(), &CommandLineParser::table(), &orvStringBuffer::table(),
-             &orvSort::table()},
-            {&enumTable(orvPictureTypeEx{}), &enumTable(AddAutoCompleteFlags{})},
+            {&orvMain::table(), &orvAlone::table(), &orvBenchMark::table(), &orvRegistry::table(),
+             &PictureInfo::table(), &orvBenchMarkHP::table(), &CommandLineParser::table(),
+             &orvStringBuffer::table(), &orvSort::table()},
+            {&enumTable(orvPictureTypeEx{}), &enumTable(AddAutoCompleteFlags{}),
+             &enumTable(RegistryRoot_Const{}), &enumTable(RegistryType_Const{})},
             {3, 1, 0, 251},
             u"3.01.0251",
             "OrvBase0301"};

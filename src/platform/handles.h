@@ -15,6 +15,7 @@ enum class DeviceContext : std::uint32_t { none = 0 };
 enum class IconHandle : std::uint32_t { none = 0 };
 enum class MutexHandle : std::uint32_t { none = 0 };
 enum class DesktopHandle : std::uint32_t { none = 0 };
+enum class RegistryKey : std::uint32_t { none = 0 };
 
 inline constexpr std::uint32_t kErrorSuccess = 0;
 inline constexpr std::uint32_t kErrorInvalidFunction = 1;

@@ -4,6 +4,7 @@
 #include "platform/kernel32.h"
 #include "platform/ole32.h"
 #include "platform/oleaut32.h"
+#include "platform/registry.h"
 #include "platform/user32.h"
 
 #include <array>
@@ -149,6 +150,21 @@ void describe(std::string& out, const std::string& text) {
 
 void describe(std::string& out, const std::u16string& text) {
     appendQuoted(out, std::u16string_view(text), true);
+}
+
+void describe(std::string& out, const std::vector<std::uint8_t>& bytes) {
+    out += '<';
+    appendNumber(out, bytes.size());
+    out += " bytes>";
+}
+
+void describe(std::string& out, const KeyInformation& information) {
+    Record(out)
+        .field("keys", information.subKeys)
+        .field("longest", information.longestSubKey)
+        .field("values", information.values)
+        .field("longest", information.longestValueName)
+        .field("data", information.longestValue);
 }
 
 void describe(std::string& out, const MemoryStatus& status) {

@@ -17,6 +17,10 @@ namespace orvane::platform {
 std::uint32_t lastError();
 void setLastError(std::uint32_t error);
 
+/// The result of an operation that tells its failure by the number itself: 0 is success, any other
+/// number is the error.
+enum class ResultCode : std::uint32_t { success = 0 };
+
 /// Where an operation hands out, or takes back, something that must not be left open.
 struct Holding {
     static constexpr int kNothing = -2;
@@ -63,6 +67,7 @@ void describe(std::string& out, double value);
 void describe(std::string& out, const char* text);
 void describe(std::string& out, const std::string& text);
 void describe(std::string& out, const std::u16string& text);
+void describe(std::string& out, const std::vector<std::uint8_t>& bytes);
 
 /// The text of one argument or result: numbers in decimal, texts in quotes, blocks by their size,
 /// addresses as "null" or "address". Records add an overload beside their type.
@@ -250,8 +255,12 @@ private:
         }
     }
 
-    /// Status codes fail in many ways: where the failure result is negative, every negative is one.
+    /// Status codes fail in many ways: where the failure result is negative, every negative is one,
+    /// and so is every result code but success.
     bool isFailure(const ResultValue& result) const {
+        if constexpr (std::is_same_v<ResultValue, ResultCode>) {
+            return result != ResultCode::success;
+        }
         if constexpr (std::is_integral_v<ResultValue> && std::is_signed_v<ResultValue>) {
             if (failure_ < 0) return result < 0;
         }

@@ -10,6 +10,8 @@ static_assert(visitsEveryMember<Gdi32>());
 static_assert(visitsEveryMember<Ole32>());
 static_assert(visitsEveryMember<Oleaut32>());
 static_assert(visitsEveryMember<Winmm>());
+static_assert(visitsEveryMember<Shlwapi>());
+static_assert(visitsEveryMember<RegistryTransactions>());
 static_assert(visitsEveryMember<HostRuntime>());
 
 std::vector<OperationBase*> allOperations() {

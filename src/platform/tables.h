@@ -6,6 +6,7 @@
 #include "platform/kernel32.h"
 #include "platform/ole32.h"
 #include "platform/oleaut32.h"
+#include "platform/shlwapi.h"
 #include "platform/user32.h"
 #include "platform/winmm.h"
 
@@ -23,6 +24,8 @@ void forEachTable(Action&& action) {
     action(ole32);
     action(oleaut32);
     action(winmm);
+    action(shlwapi);
+    action(registryTransactions);
     action(hostRuntime);
 }
 

@@ -34,6 +34,10 @@ const Row kRows[] = {
      kCreatable,
      {0x77C3AFD9, 0x834B, 0x4E2B, {0xA0, 0x43, 0x96, 0x6F, 0xFB, 0x4E, 0xAC, 0xCB}},
      {0xD58F5763, 0xD54F, 0x41F9, {0x9B, 0x1C, 0xCB, 0x59, 0x54, 0x10, 0x84, 0x5A}}},
+    {u"orvRegistry",
+     kCreatable,
+     {0x5A2E4B83, 0x9C41, 0x421E, {0xBA, 0x1B, 0x90, 0x7A, 0xF6, 0xE4, 0xB6, 0x2F}},
+     {0xD93EC43E, 0x18EF, 0x4036, {0x93, 0x1F, 0x89, 0x52, 0x76, 0x22, 0xDF, 0xFE}}},
     {u"PictureInfo",
      kCreatable,
      {0x83A3985F, 0x5450, 0x4098, {0x94, 0xCD, 0xC5, 0x34, 0xA3, 0xF1, 0x95, 0xD7}},
@@ -98,8 +102,8 @@ TEST(Catalogue, TypeLibraryHasTheClassesInTheirOrderAndNoOther) {
         if (attributesOf(*info).typekind == TKIND_COCLASS) names.push_back(nameOf(*info));
     }
     EXPECT_THAT(names, testing::ElementsAre(u"orvMain", u"orvAlone", u"orvBenchMark",
-                                            u"PictureInfo", u"orvBenchMarkHP", u"CommandLineParser",
-                                            u"orvStringBuffer", u"orvSort"));
+                                            u"orvRegistry", u"PictureInfo", u"orvBenchMarkHP",
+                                            u"CommandLineParser", u"orvStringBuffer", u"orvSort"));
 }
 
 TEST(Catalogue, FactoriesMakeWhatHostsMayCreateAndRefuseTheRest) {

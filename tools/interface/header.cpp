@@ -60,11 +60,17 @@ std::string identifiersText(const ClassTable& table) {
     return text;
 }
 
+/// The predefined registry keys are macros in Windows' own headers: there they stay what they are.
+bool isSystemMacro(const std::string& name) {
+    return name.starts_with("HKEY_");
+}
+
 std::string enumText(const EnumTable& table) {
     std::string text = std::string("enum ") + table.name + " : LONG {\n";
     for (const EnumConstant& constant : table.constants) {
-        text +=
-            std::string("    ") + constant.name + " = " + std::to_string(constant.value) + ",\n";
+        const std::string name = constant.name;
+        const std::string line = "    " + name + " = " + std::to_string(constant.value) + ",\n";
+        text += isSystemMacro(name) ? "#ifndef " + name + "\n" + line + "#endif\n" : line;
     }
     return text + "};\n\n";
 }

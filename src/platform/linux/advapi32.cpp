@@ -3,6 +3,7 @@
 #include "platform/linux/errors.h"
 #include "platform/linux/kernel32_parts.h"
 #include "platform/linux/names.h"
+#include "platform/linux/registry.h"
 
 #include <cerrno>
 #include <pwd.h>
@@ -43,6 +44,22 @@ std::string qualifiedUserName() {
 constexpr Advapi32 boundAdvapi32() {
     Advapi32 table;
     table.GetUserNameA.bind<&userName>();
+    table.RegOpenKeyExA.bind<&registry::openKeyA>();
+    table.RegCreateKeyExA.bind<&registry::createKeyA>();
+    table.RegQueryValueExA.bind<&registry::queryValueA>();
+    table.RegSetValueExA.bind<&registry::setValueA>();
+    table.RegDeleteValueA.bind<&registry::deleteValueA>();
+    table.RegQueryInfoKeyA.bind<&registry::queryInfoKeyA>();
+    table.RegEnumKeyA.bind<&registry::enumKeyA>();
+    table.RegEnumValueA.bind<&registry::enumValueA>();
+    table.RegCloseKey.bind<&registry::closeKey>();
+    table.RegOpenKeyExW.bind<&registry::openKeyW>();
+    table.RegCreateKeyExW.bind<&registry::createKeyW>();
+    table.RegQueryValueExW.bind<&registry::queryValueW>();
+    table.RegSetValueExW.bind<&registry::setValueW>();
+    table.RegDeleteValueW.bind<&registry::deleteValueW>();
+    table.RegEnumKeyExW.bind<&registry::enumKeyW>();
+    table.RegEnumValueW.bind<&registry::enumValueW>();
     return table;
 }
 static_assert(allBound(boundAdvapi32()));

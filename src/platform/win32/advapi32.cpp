@@ -1,5 +1,6 @@
 #include "platform/advapi32.h"
 
+#include "platform/win32/registry.h"
 #include "platform/win32/system.h"
 
 #include <array>
@@ -46,6 +47,22 @@ std::string getFullUserName() {
 constexpr Advapi32 boundAdvapi32() {
     Advapi32 table;
     table.GetUserNameA.bind<getUserName>();
+    table.RegOpenKeyExA.bind<openKeyA>();
+    table.RegCreateKeyExA.bind<createKeyA>();
+    table.RegQueryValueExA.bind<queryValueA>();
+    table.RegSetValueExA.bind<setValueA>();
+    table.RegDeleteValueA.bind<deleteValueA>();
+    table.RegQueryInfoKeyA.bind<queryInfoKeyA>();
+    table.RegEnumKeyA.bind<enumKeyA>();
+    table.RegEnumValueA.bind<enumValueA>();
+    table.RegCloseKey.bind<closeKey>();
+    table.RegOpenKeyExW.bind<openKeyW>();
+    table.RegCreateKeyExW.bind<createKeyW>();
+    table.RegQueryValueExW.bind<queryValueW>();
+    table.RegSetValueExW.bind<setValueW>();
+    table.RegDeleteValueW.bind<deleteValueW>();
+    table.RegEnumKeyExW.bind<enumKeyW>();
+    table.RegEnumValueW.bind<enumValueW>();
     return table;
 }
 static_assert(allBound(boundAdvapi32()));
