@@ -1,6 +1,10 @@
 #include "frame/automation/library_lifetime.h"
 #include "frame/automation/table.h"
 #include "main/orvMain.h"
+#include "network/HTTPFormBuilder.h"
+#include "network/IHTTPRequestCallback.h"
+#include "network/ProxySettings.h"
+#include "network/orvHTTPRequest.h"
 #include "pictures/PictureInfo.h"
 #include "settings/orvRegistry.h"
 #include "utilities/CommandLineParser.h"
@@ -23,9 +27,12 @@ const LibraryTable& libraryTable() {
             u"Orvane - Библиотека общих функций 3.01",
             {&orvMain::table(), &orvAlone::table(), &orvBenchMark::table(), &orvRegistry::table(),
              &PictureInfo::table(), &orvBenchMarkHP::table(), &CommandLineParser::table(),
-             &orvStringBuffer::table(), &orvSort::table()},
+             &IHTTPRequestCallback::table(), &orvHTTPRequest::table(), &HTTPFormBuilder::table(),
+             &ProxySettings::table(), &orvStringBuffer::table(), &orvSort::table()},
             {&enumTable(orvPictureTypeEx{}), &enumTable(AddAutoCompleteFlags{}),
-             &enumTable(RegistryRoot_Const{}), &enumTable(RegistryType_Const{})},
+             &enumTable(RegistryRoot_Const{}), &enumTable(RegistryType_Const{}),
+             &enumTable(htprExecuteError{}), &enumTable(htfbTransferEncoding{}),
+             &enumTable(psAccessType{})},
             {3, 1, 0, 251},
             u"3.01.0251",
             "OrvBase0301"};

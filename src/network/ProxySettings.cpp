@@ -1,0 +1,110 @@
+#include "network/ProxySettings.h"
+
+#include "frame/automation/describe.h"
+#include "frame/values/text.h"
+
+namespace orvane {
+namespace {
+
+constexpr const char16_t* kSubKey = u"HTTP Proxy";
+constexpr WStringView kLocal = u"<local>";
+
+automation::ClassTable describe() {
+    using automation::optional;
+    return automation::ClassBuilder<ProxySettings>(
+               "ProxySettings", automation::Instancing::creatable,
+               {0xA5F549D8, 0x38A6, 0x4B13, {0x89, 0x19, 0x03, 0x6C, 0xE9, 0x75, 0x84, 0x0D}},
+               {0x99C43F50, 0xC88B, 0x479E, {0xBD, 0xA2, 0xF7, 0xA2, 0x63, 0x4F, 0x9B, 0x88}})
+        .propertyGet<&ProxySettings::HTTP_Password>("HTTP_Password")
+        .propertyPut<&ProxySettings::putHTTP_Password>("HTTP_Password", {"Value"})
+        .propertyGet<&ProxySettings::HTTP_UserName>("HTTP_UserName")
+        .propertyPut<&ProxySettings::putHTTP_UserName>("HTTP_UserName", {"Value"})
+        .propertyGet<&ProxySettings::HTTP_BypassLocal>("HTTP_BypassLocal")
+        .propertyPut<&ProxySettings::putHTTP_BypassLocal>("HTTP_BypassLocal", {"Value"})
+        .propertyGet<&ProxySettings::HTTP_BypassList>("HTTP_BypassList")
+        .propertyPut<&ProxySettings::putHTTP_BypassList>("HTTP_BypassList", {"Value"})
+        .propertyGet<&ProxySettings::HTTP_Address>("HTTP_Address")
+        .propertyPut<&ProxySettings::putHTTP_Address>("HTTP_Address", {"Value"})
+        .propertyGet<&ProxySettings::HTTP_AccessType>("HTTP_AccessType")
+        .propertyPut<&ProxySettings::putHTTP_AccessType>("HTTP_AccessType", {"Value"})
+        .method<&ProxySettings::HTTP_SaveProxySettings2>(
+            "HTTP_SaveProxySettings2",
+            {{"SubKey", kSubKey}, optional("AppObject"), {"UserSetting", true}})
+        .method<&ProxySettings::HTTP_LoadProxySettings2>(
+            "HTTP_LoadProxySettings2",
+            {{"SubKey", kSubKey}, optional("AppObject"), {"UserSetting", true}})
+        .method<&ProxySettings::HTTP_ShowConfigDialog>("HTTP_ShowConfigDialog")
+        .build();
+}
+
+[[noreturn]] void notCarriedOut() {
+    raise(error::kActionNotSupported);
+}
+
+}  // namespace
+
+const automation::EnumTable& enumTable(psAccessType) {
+    static const automation::EnumTable& table = automation::permanent<automation::EnumTable>([] {
+        return automation::EnumTable{
+            "psAccessType", {{"psatPreconfigByIE", 0}, {"psatDirect", 1}, {"psatProxy", 3}}};
+    });
+    return table;
+}
+
+const automation::ClassTable& ProxySettings::table() {
+    static const automation::ClassTable& table = automation::classTable(describe);
+    return table;
+}
+
+ProxySettings::ProxySettings() : AutomationObject(table()) {}
+
+void ProxySettings::putHTTP_Password(WStringView value) {
+    password_ = WString(value);
+}
+
+void ProxySettings::putHTTP_UserName(WStringView value) {
+    userName_ = WString(value);
+}
+
+void ProxySettings::putHTTP_BypassLocal(bool value) {
+    bypassLocal_ = value;
+}
+
+void ProxySettings::putHTTP_BypassList(WStringView value) {
+    bypassList_ = WString(value);
+}
+
+void ProxySettings::putHTTP_Address(WStringView value) {
+    address_ = WString(value);
+}
+
+void ProxySettings::putHTTP_AccessType(psAccessType value) {
+    const bool known = value == psAccessType::psatDirect || value == psAccessType::psatProxy;
+    accessType_ = known ? value : psAccessType::psatPreconfigByIE;
+}
+
+bool ProxySettings::HTTP_SaveProxySettings2(WStringView, const Object&, bool) {
+    notCarriedOut();
+}
+
+bool ProxySettings::HTTP_LoadProxySettings2(WStringView, const Object&, bool) {
+    notCarriedOut();
+}
+
+void ProxySettings::HTTP_ShowConfigDialog() {
+    notCarriedOut();
+}
+
+WString ProxySettings::GetProxyName() const {
+    return address_.empty() ? WString() : address_;
+}
+
+WString ProxySettings::GetBypassList() const {
+    WString list = u"" + bypassList_;
+    if (!bypassLocal_ || lCase(list).view().find(kLocal) != WStringView::npos) return list;
+    if (!list.empty()) list += u" ";
+    list += kLocal;
+    return list;
+}
+
+}  // namespace orvane
