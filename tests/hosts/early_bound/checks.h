@@ -25,6 +25,7 @@ VARIANT leftOut();
 VARIANT longValue(LONG value);
 
 void checkMain(Library& library);
+void checkNetwork(Library& library);
 void checkUtilities(Library& library);
 
 }  // namespace orvane::tests::early_bound

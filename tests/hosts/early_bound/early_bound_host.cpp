@@ -54,6 +54,7 @@ int main(int count, char** arguments) {
     try {
         Library library(count > 1 ? arguments[1] : "");
         checkMain(library);
+        checkNetwork(library);
         checkUtilities(library);
         library.endThread();
         expect(library.canUnload(), "nothing is left alive");
