@@ -15,7 +15,7 @@ CCompatibleDC::CCompatibleDC() : dc_(platform::gdi32.CreateCompatibleDC(DeviceCo
 }
 
 CCompatibleDC::~CCompatibleDC() {
-    if (former_ != BitmapHandle::none) platform::gdi32.SelectObject(dc_, former_);
+    if (!former_.isNone()) platform::gdi32.SelectObject(dc_, former_);
     platform::gdi32.DeleteDC(dc_);
 }
 
@@ -30,12 +30,12 @@ std::unique_ptr<CCompatibleBitmap> CCompatibleDC::CreateCompatibleBitmap(std::in
 }
 
 void CCompatibleDC::SelectBitmap(BitmapHandle bitmap) {
-    if (former_ != BitmapHandle::none) {
-        platform::gdi32.SelectObject(dc_, std::exchange(former_, BitmapHandle::none));
+    if (!former_.isNone()) {
+        platform::gdi32.SelectObject(dc_, std::exchange(former_, platform::GdiObject()));
     }
     if (bitmap == BitmapHandle::none) return;
     former_ = platform::gdi32.SelectObject(dc_, bitmap);
-    if (former_ == BitmapHandle::none) raise(error::kInternal, u"Can't select bitmap.");
+    if (former_.isNone()) raise(error::kInternal, u"Can't select bitmap.");
 }
 
 void CCompatibleDC::BitBlt(DeviceContext destination, std::int32_t destinationX,

@@ -31,7 +31,7 @@ public:
 
 private:
     platform::DeviceContext dc_;
-    platform::BitmapHandle former_ = platform::BitmapHandle::none;
+    platform::GdiObject former_;
 };
 
 }  // namespace orvane

@@ -11,11 +11,27 @@ namespace orvane::platform {
 enum class FileHandle : std::uint32_t { none = 0 };
 enum class ModuleHandle : std::uint32_t { none = 0 };
 enum class BitmapHandle : std::uint32_t { none = 0 };
+enum class BrushHandle : std::uint32_t { none = 0 };
+enum class PenHandle : std::uint32_t { none = 0 };
 enum class DeviceContext : std::uint32_t { none = 0 };
 enum class IconHandle : std::uint32_t { none = 0 };
 enum class MutexHandle : std::uint32_t { none = 0 };
 enum class DesktopHandle : std::uint32_t { none = 0 };
 enum class RegistryKey : std::uint32_t { none = 0 };
+enum class WindowHandle : std::uint32_t { none = 0 };
+
+/// What a device context draws with or on: a bitmap, a brush or a pen, whichever it was made of.
+struct GdiObject {
+    std::uint32_t number = 0;
+
+    constexpr GdiObject() = default;
+    constexpr GdiObject(BitmapHandle bitmap) : number(static_cast<std::uint32_t>(bitmap)) {}
+    constexpr GdiObject(BrushHandle brush) : number(static_cast<std::uint32_t>(brush)) {}
+    constexpr GdiObject(PenHandle pen) : number(static_cast<std::uint32_t>(pen)) {}
+
+    constexpr bool isNone() const { return number == 0; }
+    friend constexpr bool operator==(GdiObject, GdiObject) = default;
+};
 
 inline constexpr std::uint32_t kErrorSuccess = 0;
 inline constexpr std::uint32_t kErrorInvalidFunction = 1;

@@ -27,7 +27,7 @@ struct Oleaut32 {
                                  "OleCreatePictureIndirect",
                                  static_cast<std::int32_t>(0x8007000E),
                                  kErrorNotEnoughMemory,
-                                 {"bitmap", Holding::kNothing, 0, 1}};
+                                 {"gdi object", Holding::kNothing, 0, 1}};
 
     template <class Visitor>
     constexpr void visit(Visitor&& visitor) {

@@ -197,6 +197,25 @@ void describe(std::string& out, const BitmapFacts& facts) {
         .field("bits", facts.bitsPixel);
 }
 
+void describe(std::string& out, const Point& point) {
+    Record(out).field("x", point.x).field("y", point.y);
+}
+
+void describe(std::string& out, const LogPen& pen) {
+    Record(out).field("style", pen.style).field("width", pen.width.x).field("colour", pen.color);
+}
+
+void describe(std::string& out, const LogBrush& brush) {
+    Record(out)
+        .field("style", brush.style)
+        .field("colour", brush.color)
+        .field("hatch", brush.hatch);
+}
+
+void describe(std::string& out, const GdiObject& object) {
+    appendNumber(out, object.number);
+}
+
 void describe(std::string& out, const BitmapInfo& info) {
     Record(out)
         .field("width", info.biWidth)

@@ -25,7 +25,7 @@ enum class ResultCode : std::uint32_t { success = 0 };
 struct Holding {
     static constexpr int kNothing = -2;
     static constexpr int kResult = -1;
-    const char* kind = nullptr;  ///< "file", "bitmap", ...; null when the operation holds nothing
+    const char* kind = nullptr;  ///< "file", "dc", ...; null when the operation holds nothing
     int acquires = kNothing;     ///< `kResult` or the index of the argument that comes back
     int releases = kNothing;     ///< the index of the argument that is given back
     int onlyIf = kNothing;       ///< the index of a Boolean argument: given back only if it is true

@@ -20,9 +20,35 @@ std::vector<std::string> handlesIn(const IconFacts& facts);
 /// What `GetUserObjectInformationA` is asked for.
 enum class UserObjectInformation : std::int32_t { name = 2 };
 
+/// `CopyImage` of a bitmap as it is: the copy has its size, its depth and its colours.
+inline constexpr std::uint32_t kImageBitmap = 0;
+inline constexpr std::uint32_t kCreateDibSection = 0x2000;
+
 struct User32 {
+    /// A bitmap of its own with the pixels of another, which may be selected somewhere. `kind` is
+    /// `kImageBitmap`; a width and height of 0 are the original's.
+    Operation<BitmapHandle(BitmapHandle bitmap, std::uint32_t kind, std::int32_t width,
+                           std::int32_t height, std::uint32_t flags)>
+        CopyImage{"user32",
+                  "CopyImage",
+                  BitmapHandle::none,
+                  kErrorNotEnoughMemory,
+                  {"gdi object", Holding::kResult}};
+    Operation<WindowHandle()> GetDesktopWindow{"user32", "GetDesktopWindow", WindowHandle::none,
+                                               kErrorInvalidFunction};
+    /// The device context of a window, or of the screen for none.
+    Operation<DeviceContext(WindowHandle window)> GetDC{"user32",
+                                                        "GetDC",
+                                                        DeviceContext::none,
+                                                        kErrorInvalidHandle,
+                                                        {"window dc", Holding::kResult}};
+    Operation<bool(WindowHandle window, DeviceContext dc)> ReleaseDC{
+        "user32", "ReleaseDC", false, kErrorInvalidHandle, {"window dc", Holding::kNothing, 1}};
+    /// A colour of the user's scheme, 0x00BBGGRR; 0 (black) for a number that names none.
+    Operation<std::uint32_t(std::int32_t index)> GetSysColor{"user32", "GetSysColor", 0,
+                                                             kErrorInvalidParameter};
     Operation<bool(IconHandle icon, IconFacts& facts)> GetIconInfo{
-        "user32", "GetIconInfo", false, kErrorInvalidHandle, {"bitmap", 1}};
+        "user32", "GetIconInfo", false, kErrorInvalidHandle, {"gdi object", 1}};
     /// The desktop of a thread of this process; the platform owns it.
     Operation<DesktopHandle(std::uint32_t threadId)> GetThreadDesktop{
         "user32", "GetThreadDesktop", DesktopHandle::none, kErrorInvalidParameter};
@@ -39,7 +65,8 @@ struct User32 {
 
     template <class Visitor>
     constexpr void visit(Visitor&& visitor) {
-        visitor(GetIconInfo, GetThreadDesktop, GetUserObjectInformationA, MessageBeep);
+        visitor(CopyImage, GetDesktopWindow, GetDC, ReleaseDC, GetSysColor, GetIconInfo,
+                GetThreadDesktop, GetUserObjectInformationA, MessageBeep);
     }
 };
 extern User32 user32;

@@ -37,8 +37,8 @@ inline std::vector<std::uint8_t> pixelsOf(platform::BitmapHandle bitmap) {
         gdi32.CreateDIBSection(DeviceContext::none, info, kDibRgbColors, bits);
     const DeviceContext from = gdi32.CreateCompatibleDC(DeviceContext::none);
     const DeviceContext to = gdi32.CreateCompatibleDC(DeviceContext::none);
-    const BitmapHandle formerFrom = gdi32.SelectObject(from, bitmap);
-    const BitmapHandle formerTo = gdi32.SelectObject(to, section);
+    const GdiObject formerFrom = gdi32.SelectObject(from, bitmap);
+    const GdiObject formerTo = gdi32.SelectObject(to, section);
     EXPECT_NE(formerFrom, BitmapHandle::none) << "the bitmap can't be selected";
     EXPECT_TRUE(gdi32.BitBlt(to, 0, 0, facts.width, facts.height, from, 0, 0, kSrcCopy));
     const auto size = static_cast<std::size_t>((facts.width * 3 + 3) / 4 * 4 * facts.height);

@@ -67,16 +67,26 @@ std::uint32_t HandleTable::add(HandleKind kind, std::shared_ptr<void> object) {
     }
 }
 
-HandleTable::Slot* HandleTable::slotOf(HandleKind kind, std::uint32_t handle) {
+HandleTable::Slot* HandleTable::openSlot(std::uint32_t handle) {
     const std::uint32_t number = handle & kSlotMask;
     if (state_ == nullptr || number >= state_->slots.size()) {
-        return failWith<Slot*>(kErrorInvalidHandle, nullptr);
+        return nullptr;
     }
     Slot& slot = state_->slots[number];
-    if (slot.kind != kind || slot.generation != handle >> kSlotBits) {
-        return failWith<Slot*>(kErrorInvalidHandle, nullptr);
-    }
-    return &slot;
+    const bool isOpen = slot.kind != HandleKind::none && slot.generation == handle >> kSlotBits;
+    return isOpen ? &slot : nullptr;
+}
+
+HandleTable::Slot* HandleTable::slotOf(HandleKind kind, std::uint32_t handle) {
+    Slot* slot = openSlot(handle);
+    return slot != nullptr && slot->kind == kind ? slot
+                                                 : failWith<Slot*>(kErrorInvalidHandle, nullptr);
+}
+
+HandleKind HandleTable::kindOf(std::uint32_t handle) {
+    const std::scoped_lock lock(mutex_);
+    const Slot* slot = openSlot(handle);
+    return slot == nullptr ? HandleKind::none : slot->kind;
 }
 
 std::shared_ptr<void> HandleTable::find(HandleKind kind, std::uint32_t handle) {

@@ -16,6 +16,8 @@ enum class HandleKind : std::uint8_t {
     file,
     module,
     bitmap,
+    brush,
+    pen,
     deviceContext,
     icon,
     metafile,
@@ -41,6 +43,9 @@ public:
     /// The object of a handle; null with the last error 6 when there is none of this kind.
     std::shared_ptr<void> find(HandleKind kind, std::uint32_t handle);
 
+    /// What a handle stands for; `HandleKind::none` for one that isn't open.
+    HandleKind kindOf(std::uint32_t handle);
+
     /// Takes a handle out of the table and gives its object; null with the last error 6 when there
     /// is none of this kind.
     std::shared_ptr<void> remove(HandleKind kind, std::uint32_t handle);
@@ -62,6 +67,7 @@ private:
         std::deque<std::uint32_t> freeSlots;
     };
 
+    Slot* openSlot(std::uint32_t handle);
     Slot* slotOf(HandleKind kind, std::uint32_t handle);
     std::uint32_t freeSlot();
 

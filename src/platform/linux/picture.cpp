@@ -111,12 +111,12 @@ HRESULT Picture::SelectPicture(HDC dc, HDC* oldDC, OLE_HANDLE* bitmap) {
         return E_FAIL;
     }
     const auto context = static_cast<DeviceContext>(reinterpret_cast<std::uintptr_t>(dc));
-    const BitmapHandle former = selectBitmap(context, BitmapHandle{content_.handle});
-    if (former == BitmapHandle::none) {
+    const GdiObject former = selectObject(context, BitmapHandle{content_.handle});
+    if (former.isNone()) {
         return E_FAIL;
     }
     if (bitmap != nullptr) {
-        *bitmap = static_cast<OLE_HANDLE>(former);
+        *bitmap = static_cast<OLE_HANDLE>(former.number);
     }
     const HDC last = std::exchange(currentDC_, dc);
     if (oldDC != nullptr) {

@@ -181,7 +181,7 @@ void releaseContent(PictureContent& content) {
     }
     const std::uint32_t before = lastError();
     if (last.type == PICTYPE_BITMAP) {
-        deleteBitmap(BitmapHandle{last.handle});
+        deleteObject(BitmapHandle{last.handle});
     } else if (last.type == PICTYPE_ICON) {
         removeHandle<Icon>(IconHandle{last.handle});
     } else {

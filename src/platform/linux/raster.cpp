@@ -3,13 +3,12 @@
 #include "platform/linux/row_copy.h"
 
 #include <algorithm>
+#include <cstring>
 #include <vector>
 
 namespace orvane::platform {
 
 namespace {
-
-constexpr std::uint32_t kWhite = 0xFFFFFF;
 
 /// The operation's number of 8 bits: its result for each of the eight combinations of a pattern,
 /// a source and a target bit, that of all ones in the highest.
@@ -69,12 +68,19 @@ bool isStraight(const std::vector<std::int32_t>& sources) {
             sources[1] == sources[0] + 1);
 }
 
+/// The raw number that a surface stores for a colour.
+std::uint32_t rawOf(const Surface& surface, std::uint32_t color) {
+    fromColors(surface.format(), {&color, 1});
+    return color;
+}
+
 /// Reads rows of a source as raw pixels of the target's format.
 class SourceRows {
 public:
     SourceRows(const Surface& target, const PixelView& source,
-               const std::vector<std::int32_t>& columns)
-        : target_(target), source_(source), columns_(columns),
+               const std::vector<std::int32_t>& columns, const OperationColors& colors)
+        : target_(target), source_(source), columns_(columns), colors_(colors),
+          black_(rawOf(target, colors.text)), white_(rawOf(target, colors.background)),
           first_(*std::min_element(columns.begin(), columns.end())),
           span_(
               static_cast<std::size_t>(*std::max_element(columns.begin(), columns.end()) - first_) +
@@ -87,10 +93,14 @@ public:
         }
         current_ = y;
         readRaw(source_.row(y), source_.format->bits, static_cast<std::uint32_t>(first_), span_);
-        if (target_.isMonochrome && source_.format->bits > 1) {
+        if (source_.isMonochrome && target_.format().bits > 1) {
+            for (std::uint32_t& pixel : span_) {
+                pixel = pixel != 0 ? white_ : black_;
+            }
+        } else if (target_.isMonochrome && source_.format->bits > 1) {
             toColors(*source_.format, span_);
             for (std::uint32_t& pixel : span_) {
-                pixel = pixel == kWhite ? 1 : 0;
+                pixel = pixel == colors_.sourceBackground ? 1 : 0;
             }
         } else if (!(*source_.format == target_.format())) {
             toColors(*source_.format, span_);
@@ -106,6 +116,9 @@ private:
     const Surface& target_;
     const PixelView& source_;
     const std::vector<std::int32_t>& columns_;
+    const OperationColors& colors_;
+    std::uint32_t black_;
+    std::uint32_t white_;
     std::int32_t first_;
     std::vector<std::uint32_t> span_;
     std::vector<std::uint32_t> gathered_;
@@ -115,21 +128,17 @@ private:
 /// Writes rows of raw pixels to a target through a raster operation.
 class TargetRows {
 public:
-    TargetRows(Surface& target, std::int64_t first, std::size_t count, std::uint32_t operation)
+    TargetRows(Surface& target, std::int64_t first, std::size_t count, std::uint32_t operation,
+               std::uint32_t pattern)
         : target_(target), first_(static_cast<std::uint32_t>(first)), table_(tableOf(operation)),
-          pixels_(count) {
-        std::uint32_t white = kWhite;
-        fromColors(target.format(), {&white, 1});
-        pattern_ = white;
-    }
+          pattern_(rawOf(target, pattern)), pixels_(count) {}
 
     void write(std::int32_t y, std::span<const std::uint32_t> source) {
         const std::uint32_t bits = target_.format().bits;
         readRaw(target_.row(y), bits, first_, pixels_);
         for (std::size_t i = 0; i < pixels_.size(); ++i) {
-            const std::uint32_t from = source.empty() ? 0 : source[i];
-            pixels_[i] = (pattern_ & combined(table_ >> 4, from, pixels_[i])) |
-                         (~pattern_ & combined(table_ & 0xF, from, pixels_[i]));
+            pixels_[i] = (pattern_ & combined(table_ >> 4, source[i], pixels_[i])) |
+                         (~pattern_ & combined(table_ & 0xF, source[i], pixels_[i]));
         }
         writeRaw(target_.row(y), bits, first_, pixels_);
     }
@@ -138,7 +147,7 @@ private:
     Surface& target_;
     std::uint32_t first_;
     std::uint32_t table_;
-    std::uint32_t pattern_ = 0;
+    std::uint32_t pattern_;
     std::vector<std::uint32_t> pixels_;
 };
 
@@ -154,11 +163,26 @@ void forEachRow(const Axis& rows, bool fromEnd, Action action) {
     }
 }
 
+/// Writes the same pixels into rows `top` to before `bottom`, from pixel `first` on.
+void fillRows(Surface& target, std::uint32_t first, std::span<const std::uint32_t> pixels,
+              std::int32_t top, std::int32_t bottom) {
+    const std::uint32_t bits = target.format().bits;
+    writeRaw(target.row(top), bits, first, pixels);
+    for (std::int32_t y = top + 1; y < bottom; ++y) {
+        if (bits < 8) {
+            writeRaw(target.row(y), bits, first, pixels);
+        } else {
+            std::memcpy(target.row(y) + first * (bits / 8), target.row(top) + first * (bits / 8),
+                        pixels.size() * (bits / 8));
+        }
+    }
+}
+
 }  // namespace
 
 PixelView viewOf(const Surface& surface) {
-    return {surface.bits(),   surface.stride(),    surface.width(),
-            surface.height(), surface.isTopDown(), &surface.format()};
+    return {surface.bits(),      surface.stride(),  surface.width(),     surface.height(),
+            surface.isTopDown(), &surface.format(), surface.isMonochrome};
 }
 
 bool usesSource(std::uint32_t rasterOperation) {
@@ -166,17 +190,27 @@ bool usesSource(std::uint32_t rasterOperation) {
     return ((table >> 2) & 0x33) != (table & 0x33);
 }
 
+bool usesPattern(std::uint32_t rasterOperation) {
+    const std::uint32_t table = tableOf(rasterOperation);
+    return (table >> 4) != (table & 0xF);
+}
+
+BinaryOperation withoutSource(std::uint32_t rasterOperation) {
+    const std::uint32_t table = tableOf(rasterOperation);
+    return static_cast<BinaryOperation>((table & 0b11) | ((table >> 2) & 0b1100));
+}
+
 void transfer(Surface& target, Area to, const PixelView& source, Area from,
-              std::uint32_t rasterOperation) {
+              std::uint32_t rasterOperation, const OperationColors& colors) {
     const Axis columns = matched(to.x, to.width, target.width(), from.x, from.width, source.width);
     const Axis rows = matched(to.y, to.height, target.height(), from.y, from.height, source.height);
     if (columns.sources.empty() || rows.sources.empty()) {
         return;
     }
     const bool fromEnd = target.bits() == source.bits && to.y > from.y;
-    const RowCopy copy = tableOf(rasterOperation) == kCopyTable && isStraight(columns.sources)
-                             ? RowCopy(*source.format, target.format(), target.isMonochrome)
-                             : RowCopy();
+    const bool isPlain = tableOf(rasterOperation) == kCopyTable && isStraight(columns.sources);
+    const RowCopy copy =
+        isPlain ? RowCopy(*source.format, target.format(), target.isMonochrome) : RowCopy();
     if (copy) {
         forEachRow(rows, fromEnd, [&](std::int32_t y, std::int32_t sourceY) {
             copy(target.row(y), static_cast<std::size_t>(columns.first), source.row(sourceY),
@@ -184,20 +218,41 @@ void transfer(Surface& target, Area to, const PixelView& source, Area from,
         });
         return;
     }
-    SourceRows reader(target, source, columns.sources);
-    TargetRows writer(target, columns.first, columns.sources.size(), rasterOperation);
+    SourceRows reader(target, source, columns.sources, colors);
+    TargetRows writer(target, columns.first, columns.sources.size(), rasterOperation,
+                      colors.pattern);
     forEachRow(rows, fromEnd,
                [&](std::int32_t y, std::int32_t sourceY) { writer.write(y, reader.row(sourceY)); });
 }
 
-void fill(Surface& target, Area to, std::uint32_t rasterOperation) {
-    const Axis columns = matched(to.x, to.width, target.width(), to.x, to.width, target.width());
-    const Axis rows = matched(to.y, to.height, target.height(), to.y, to.height, target.height());
-    if (columns.sources.empty() || rows.sources.empty()) {
+void fill(Surface& target, Area to, std::uint32_t color, BinaryOperation operation) {
+    const std::int64_t left = std::max<std::int64_t>(to.x + std::min<std::int64_t>(to.width, 0), 0);
+    const std::int64_t top = std::max<std::int64_t>(to.y + std::min<std::int64_t>(to.height, 0), 0);
+    const std::int64_t right =
+        std::min<std::int64_t>(to.x + std::max<std::int64_t>(to.width, 0), target.width());
+    const std::int64_t bottom =
+        std::min<std::int64_t>(to.y + std::max<std::int64_t>(to.height, 0), target.height());
+    if (left >= right || top >= bottom) {
         return;
     }
-    TargetRows writer(target, columns.first, columns.sources.size(), rasterOperation);
-    forEachRow(rows, false, [&writer](std::int32_t y, std::int32_t) { writer.write(y, {}); });
+    const auto first = static_cast<std::uint32_t>(left);
+    const std::uint32_t bits = target.format().bits;
+    const std::uint32_t raw = rawOf(target, color);
+    const auto table = static_cast<std::uint32_t>(operation);
+    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(right - left),
+                                      combined(table, raw, 0));
+    if (combined(table, raw, 0) == combined(table, raw, ~0u)) {
+        fillRows(target, first, pixels, static_cast<std::int32_t>(top),
+                 static_cast<std::int32_t>(bottom));
+        return;
+    }
+    for (auto y = static_cast<std::int32_t>(top); y < bottom; ++y) {
+        readRaw(target.row(y), bits, first, pixels);
+        for (std::uint32_t& pixel : pixels) {
+            pixel = combined(table, raw, pixel);
+        }
+        writeRaw(target.row(y), bits, first, pixels);
+    }
 }
 
 }  // namespace orvane::platform

@@ -15,6 +15,7 @@ struct PixelView {
     std::int32_t height = 0;
     bool topDown = true;
     const PixelFormat* format = nullptr;
+    bool isMonochrome = false;  ///< as of a surface
 
     /// Row `y` from the top.
     const std::uint8_t* row(std::int32_t y) const {
@@ -33,17 +34,35 @@ struct Area {
     std::int64_t height = 0;
 };
 
+/// The colours (0x00RRGGBB) that an operation takes beside those of the pixels, with the values of
+/// new device contexts.
+struct OperationColors {
+    std::uint32_t pattern = 0xFFFFFF;           ///< of the target's brush
+    std::uint32_t text = 0;                     ///< of the target: black of a monochrome source
+    std::uint32_t background = 0xFFFFFF;        ///< of the target: its white
+    std::uint32_t sourceBackground = 0xFFFFFF;  ///< what is white on a monochrome target
+};
+
 /// True when the result of a ternary raster operation depends on the source's pixels.
 bool usesSource(std::uint32_t rasterOperation);
+/// True when it depends on the pattern.
+bool usesPattern(std::uint32_t rasterOperation);
 
-/// Combines the pixels of `from` with those of `to` by a ternary raster operation, the pattern
-/// being the white brush of a new device context. Areas of different sizes are matched by the
-/// nearest pixel. What lies outside the target is left out, and so is what would come from outside
-/// the source. Source and target may overlap when the sizes are the same.
+/// A binary operation on a colour and the target's pixels: its result for the four combinations of
+/// a bit of the colour and one of the target, both set in the highest bit.
+enum class BinaryOperation : std::uint8_t {};
+inline constexpr BinaryOperation kCopyColor{0b1100};
+/// What a ternary operation does that takes no source.
+BinaryOperation withoutSource(std::uint32_t rasterOperation);
+
+/// Combines the pixels of `from` with those of `to` by a ternary raster operation. Areas of
+/// different sizes are matched by the nearest pixel. What lies outside the target is left out, and
+/// so is what would come from outside the source. Source and target may overlap when the sizes are
+/// the same.
 void transfer(Surface& target, Area to, const PixelView& source, Area from,
-              std::uint32_t rasterOperation);
+              std::uint32_t rasterOperation, const OperationColors& colors = {});
 
-/// The same for an operation without a source.
-void fill(Surface& target, Area to, std::uint32_t rasterOperation);
+/// Combines a colour (0x00RRGGBB) with the pixels of `to`.
+void fill(Surface& target, Area to, std::uint32_t color, BinaryOperation operation);
 
 }  // namespace orvane::platform

@@ -32,8 +32,15 @@ private:
     std::function<void()> release_;
 };
 
+/// What device contexts select. Their lock guards it.
+struct Selectable {
+    std::uint32_t selections = 0;  ///< in how many contexts it is selected
+    bool isDeleted = false;        ///< goes when it is no longer selected
+    bool isStock = false;          ///< every new context has it; it is never deleted
+};
+
 /// A bitmap: rows of pixels in memory, each padded to a multiple of 4 bytes.
-class Surface {
+class Surface : public Selectable {
 public:
     using Handle = BitmapHandle;
     static constexpr HandleKind kKind = HandleKind::bitmap;
@@ -66,12 +73,9 @@ public:
     /// A surface of its own with the same pixels; null with the last error 8.
     std::shared_ptr<Surface> copy() const;
 
-    /// The device context that it is selected in. The device contexts' lock guards it.
-    DeviceContext selectedIn = DeviceContext::none;
-    /// The bitmap that a new device context has: any number of them at once, never deleted.
-    bool isStock = false;
     /// Black and white without a palette of its own: what is drawn on it from a coloured source is
-    /// white where the source is white, the colour of the background, and black elsewhere.
+    /// white where the source has its context's background colour, and black elsewhere; drawn on a
+    /// coloured target, its black and white are that context's text and background colours.
     bool isMonochrome = false;
 
 private:

@@ -4,6 +4,7 @@
 #include "platform/linux/gdi32_objects.h"
 #include "platform/linux/icons.h"
 #include "platform/linux/names.h"
+#include "platform/linux/system_colors.h"
 
 #include <algorithm>
 #include <csignal>
@@ -20,6 +21,40 @@ BitmapHandle handleOfCopy(const Surface& surface) {
     return copy == nullptr ? BitmapHandle::none : addHandle(std::move(copy));
 }
 
+BitmapHandle copyImage(BitmapHandle bitmap, std::uint32_t kind, std::int32_t width,
+                       std::int32_t height, std::uint32_t) {
+    const auto surface = findObject<Surface>(bitmap);
+    if (surface == nullptr) {
+        return BitmapHandle::none;
+    }
+    const bool isAsItIs =
+        (width == 0 || width == surface->width()) && (height == 0 || height == surface->height());
+    if (kind != kImageBitmap || !isAsItIs) {
+        return failWith(kErrorInvalidParameter, BitmapHandle::none);
+    }
+    return handleOfCopy(*surface);
+}
+
+/// The one window that is always there: the screen's. Nothing else has this number.
+constexpr WindowHandle kDesktopWindow{0x00010010};
+
+WindowHandle desktopWindow() {
+    return kDesktopWindow;
+}
+
+bool isScreen(WindowHandle window) {
+    return window == kDesktopWindow || window == WindowHandle::none;
+}
+
+DeviceContext windowContext(WindowHandle window) {
+    return isScreen(window) ? createScreenContext()
+                            : failWith(kErrorInvalidHandle, DeviceContext::none);
+}
+
+bool releaseWindowContext(WindowHandle window, DeviceContext dc) {
+    return isScreen(window) ? releaseScreenContext(dc) : failWith(kErrorInvalidHandle, false);
+}
+
 bool getIconInfo(IconHandle handle, IconFacts& facts) {
     const auto icon = findObject<Icon>(handle);
     if (icon == nullptr) {
@@ -30,7 +65,7 @@ bool getIconInfo(IconHandle handle, IconFacts& facts) {
         mask == BitmapHandle::none ? BitmapHandle::none : handleOfCopy(*icon->color);
     if (color == BitmapHandle::none) {
         if (mask != BitmapHandle::none) {
-            deleteBitmap(mask);
+            deleteObject(mask);
         }
         return failWith(kErrorNotEnoughMemory, false);
     }
@@ -87,6 +122,11 @@ bool messageBeep(std::uint32_t) {
 
 constexpr User32 boundTable() {
     User32 table;
+    table.CopyImage.bind<&copyImage>();
+    table.GetDesktopWindow.bind<&desktopWindow>();
+    table.GetDC.bind<&windowContext>();
+    table.ReleaseDC.bind<&releaseWindowContext>();
+    table.GetSysColor.bind<&systemColor>();
     table.GetIconInfo.bind<&getIconInfo>();
     table.GetThreadDesktop.bind<&threadDesktop>();
     table.GetUserObjectInformationA.bind<&userObjectInformation>();

@@ -11,13 +11,19 @@ namespace win32 {
 namespace {
 
 static_assert(sizeof(BITMAPINFOHEADER) == 40 && sizeof(BITMAP) == 24);
+static_assert(sizeof(LOGPEN) == sizeof(LogPen) && sizeof(LOGBRUSH) == sizeof(LogBrush));
+static_assert(sizeof(POINT) == sizeof(Point));
 
 HDC systemContext(DeviceContext dc) {
     return systemHandle<HDC>(dc);
 }
 
-HBITMAP systemBitmap(BitmapHandle bitmap) {
-    return systemHandle<HBITMAP>(bitmap);
+LOGPEN systemPen(const LogPen& pen) {
+    return {pen.style, {pen.width.x, pen.width.y}, pen.color};
+}
+
+LOGBRUSH systemBrush(const LogBrush& brush) {
+    return {brush.style, brush.color, brush.hatch};
 }
 
 /// Our record has the system's layout, with all 256 entries of the colour table.
@@ -35,6 +41,15 @@ bool deleteDc(DeviceContext dc) {
     return orError(kErrorInvalidHandle, false, [dc] { return ::DeleteDC(systemContext(dc)) != 0; });
 }
 
+std::int32_t saveDc(DeviceContext dc) {
+    return orError(kErrorInvalidHandle, 0, [dc] { return ::SaveDC(systemContext(dc)); });
+}
+
+bool restoreDc(DeviceContext dc, std::int32_t state) {
+    return orError(kErrorInvalidParameter, false,
+                   [=] { return ::RestoreDC(systemContext(dc), state) != 0; });
+}
+
 BitmapHandle createDibSection(DeviceContext dc, const BitmapInfo& info, std::uint32_t usage,
                               void*& bits) {
     return orError(kErrorNotEnoughMemory, BitmapHandle::none, [&] {
@@ -49,10 +64,126 @@ BitmapHandle createCompatibleBitmap(DeviceContext dc, std::int32_t width, std::i
     });
 }
 
-BitmapHandle selectObject(DeviceContext dc, BitmapHandle bitmap) {
-    return orError(kErrorInvalidHandle, BitmapHandle::none, [=] {
-        return ownHandle<BitmapHandle>(::SelectObject(systemContext(dc), systemBitmap(bitmap)));
+BrushHandle createSolidBrush(std::uint32_t color) {
+    return orError(kErrorNotEnoughMemory, BrushHandle::none,
+                   [=] { return ownHandle<BrushHandle>(::CreateSolidBrush(color)); });
+}
+
+BrushHandle createBrushIndirect(const LogBrush& brush) {
+    const LOGBRUSH record = systemBrush(brush);
+    return orError(kErrorInvalidParameter, BrushHandle::none,
+                   [&] { return ownHandle<BrushHandle>(::CreateBrushIndirect(&record)); });
+}
+
+PenHandle createPen(std::uint32_t style, std::int32_t width, std::uint32_t color) {
+    return orError(kErrorNotEnoughMemory, PenHandle::none, [=] {
+        return ownHandle<PenHandle>(::CreatePen(static_cast<int>(style), width, color));
     });
+}
+
+PenHandle createPenIndirect(const LogPen& pen) {
+    const LOGPEN record = systemPen(pen);
+    return orError(kErrorNotEnoughMemory, PenHandle::none,
+                   [&] { return ownHandle<PenHandle>(::CreatePenIndirect(&record)); });
+}
+
+GdiObject selectObject(DeviceContext dc, GdiObject object) {
+    return orError(kErrorInvalidHandle, GdiObject(), [=] {
+        return ownHandle<BitmapHandle>(::SelectObject(systemContext(dc), systemHandle(object)));
+    });
+}
+
+bool deleteObject(GdiObject object) {
+    return orError(kErrorInvalidHandle, false,
+                   [object] { return ::DeleteObject(systemHandle(object)) != 0; });
+}
+
+/// Fills a system record for an object of the kind that the record is for; others fill less or
+/// more than that. The record's size, or 0.
+template <class Record>
+std::int32_t recordOf(GdiObject object, DWORD kind, Record& record) {
+    if (::GetObjectType(systemHandle(object)) != kind) return failed(kErrorInvalidHandle, 0);
+    return orError(kErrorInvalidHandle, 0,
+                   [&] { return ::GetObjectA(systemHandle(object), sizeof(record), &record); });
+}
+
+std::int32_t getObject(BitmapHandle bitmap, BitmapFacts& facts) {
+    BITMAP record{};
+    const int size = recordOf(bitmap, OBJ_BITMAP, record);
+    if (size == 0) return 0;
+    facts = {record.bmWidth, record.bmHeight, record.bmWidthBytes, record.bmPlanes,
+             record.bmBitsPixel};
+    return size;
+}
+
+std::int32_t getPen(PenHandle pen, LogPen& facts) {
+    LOGPEN record{};
+    const int size = recordOf(pen, OBJ_PEN, record);
+    if (size == 0) return 0;
+    facts = {record.lopnStyle, {record.lopnWidth.x, record.lopnWidth.y}, record.lopnColor};
+    return size;
+}
+
+std::int32_t getBrush(BrushHandle brush, LogBrush& facts) {
+    LOGBRUSH record{};
+    const int size = recordOf(brush, OBJ_BRUSH, record);
+    if (size == 0) return 0;
+    facts = {record.lbStyle, record.lbColor, static_cast<std::uint32_t>(record.lbHatch)};
+    return size;
+}
+
+std::int32_t setMapMode(DeviceContext dc, std::int32_t mode) {
+    return orError(kErrorInvalidHandle, 0, [=] { return ::SetMapMode(systemContext(dc), mode); });
+}
+
+std::uint32_t getBkColor(DeviceContext dc) {
+    return orError(kErrorInvalidHandle, kColorInvalid,
+                   [dc] { return std::uint32_t{::GetBkColor(systemContext(dc))}; });
+}
+
+std::uint32_t setBkColor(DeviceContext dc, std::uint32_t color) {
+    return orError(kErrorInvalidHandle, kColorInvalid,
+                   [=] { return std::uint32_t{::SetBkColor(systemContext(dc), color)}; });
+}
+
+std::int32_t getBkMode(DeviceContext dc) {
+    return orError(kErrorInvalidHandle, 0, [dc] { return ::GetBkMode(systemContext(dc)); });
+}
+
+std::int32_t setBkMode(DeviceContext dc, std::int32_t mode) {
+    return orError(kErrorInvalidHandle, 0, [=] { return ::SetBkMode(systemContext(dc), mode); });
+}
+
+std::int32_t getRop2(DeviceContext dc) {
+    return orError(kErrorInvalidHandle, 0, [dc] { return ::GetROP2(systemContext(dc)); });
+}
+
+std::int32_t setRop2(DeviceContext dc, std::int32_t operation) {
+    return orError(kErrorInvalidParameter, 0,
+                   [=] { return ::SetROP2(systemContext(dc), operation); });
+}
+
+bool getCurrentPosition(DeviceContext dc, Point& position) {
+    POINT point{};
+    const bool done = orError(kErrorInvalidHandle, false, [&] {
+        return ::GetCurrentPositionEx(systemContext(dc), &point) != 0;
+    });
+    if (done) position = {point.x, point.y};
+    return done;
+}
+
+bool moveTo(DeviceContext dc, std::int32_t x, std::int32_t y, Point* former) {
+    POINT point{};
+    const bool done = orError(kErrorInvalidHandle, false,
+                              [&] { return ::MoveToEx(systemContext(dc), x, y, &point) != 0; });
+    if (done && former != nullptr) *former = {point.x, point.y};
+    return done;
+}
+
+bool rectangle(DeviceContext dc, std::int32_t left, std::int32_t top, std::int32_t right,
+               std::int32_t bottom) {
+    return orError(kErrorInvalidHandle, false,
+                   [=] { return ::Rectangle(systemContext(dc), left, top, right, bottom) != 0; });
 }
 
 bool bitBlt(DeviceContext target, std::int32_t x, std::int32_t y, std::int32_t width,
@@ -87,35 +218,35 @@ std::int32_t stretchDiBits(DeviceContext dc, std::int32_t x, std::int32_t y, std
     });
 }
 
-bool deleteObject(BitmapHandle bitmap) {
-    return orError(kErrorInvalidHandle, false,
-                   [bitmap] { return ::DeleteObject(systemBitmap(bitmap)) != 0; });
-}
-
-std::int32_t getObject(BitmapHandle bitmap, BitmapFacts& facts) {
-    // Other objects fill less or more than a bitmap's record.
-    if (::GetObjectType(systemBitmap(bitmap)) != OBJ_BITMAP) return failed(kErrorInvalidHandle, 0);
-    BITMAP record{};
-    const int size = orError(kErrorInvalidHandle, 0, [&] {
-        return ::GetObjectA(systemBitmap(bitmap), sizeof(record), &record);
-    });
-    if (size == 0) return 0;
-    facts = {record.bmWidth, record.bmHeight, record.bmWidthBytes, record.bmPlanes,
-             record.bmBitsPixel};
-    return size;
-}
-
 constexpr Gdi32 bound() {
     Gdi32 table;
     table.CreateCompatibleDC.bind<createCompatibleDc>();
     table.DeleteDC.bind<deleteDc>();
+    table.SaveDC.bind<saveDc>();
+    table.RestoreDC.bind<restoreDc>();
     table.CreateDIBSection.bind<createDibSection>();
     table.CreateCompatibleBitmap.bind<createCompatibleBitmap>();
+    table.CreateSolidBrush.bind<createSolidBrush>();
+    table.CreateBrushIndirect.bind<createBrushIndirect>();
+    table.CreatePen.bind<createPen>();
+    table.CreatePenIndirect.bind<createPenIndirect>();
     table.SelectObject.bind<selectObject>();
-    table.BitBlt.bind<bitBlt>();
-    table.StretchDIBits.bind<stretchDiBits>();
     table.DeleteObject.bind<deleteObject>();
     table.GetObjectA.bind<getObject>();
+    table.GetPen.bind<getPen>();
+    table.GetBrush.bind<getBrush>();
+    table.SetMapMode.bind<setMapMode>();
+    table.GetBkColor.bind<getBkColor>();
+    table.SetBkColor.bind<setBkColor>();
+    table.GetBkMode.bind<getBkMode>();
+    table.SetBkMode.bind<setBkMode>();
+    table.GetROP2.bind<getRop2>();
+    table.SetROP2.bind<setRop2>();
+    table.GetCurrentPositionEx.bind<getCurrentPosition>();
+    table.MoveToEx.bind<moveTo>();
+    table.Rectangle.bind<rectangle>();
+    table.BitBlt.bind<bitBlt>();
+    table.StretchDIBits.bind<stretchDiBits>();
     return table;
 }
 static_assert(allBound(bound()));

@@ -24,6 +24,10 @@ requires std::is_enum_v<Handle> System systemHandle(Handle handle) {
     return reinterpret_cast<System>(static_cast<std::uintptr_t>(handle));
 }
 
+inline HGDIOBJ systemHandle(GdiObject object) {
+    return reinterpret_cast<HGDIOBJ>(static_cast<std::uintptr_t>(object.number));
+}
+
 template <class Handle, class System>
 requires std::is_pointer_v<System> Handle ownHandle(System handle) {
     static_assert(sizeof(System) == sizeof(Handle));

@@ -8,6 +8,35 @@ namespace win32 {
 
 namespace {
 
+BitmapHandle copyImage(BitmapHandle bitmap, std::uint32_t kind, std::int32_t width,
+                       std::int32_t height, std::uint32_t flags) {
+    return orError(kErrorInvalidHandle, BitmapHandle::none, [=] {
+        return ownHandle<BitmapHandle>(static_cast<HBITMAP>(
+            ::CopyImage(systemHandle<HBITMAP>(bitmap), kind, width, height, flags)));
+    });
+}
+
+WindowHandle getDesktopWindow() {
+    return orError(kErrorInvalidFunction, WindowHandle::none,
+                   [] { return ownHandle<WindowHandle>(::GetDesktopWindow()); });
+}
+
+DeviceContext getDc(WindowHandle window) {
+    return orError(kErrorInvalidHandle, DeviceContext::none, [window] {
+        return ownHandle<DeviceContext>(::GetDC(systemHandle<HWND>(window)));
+    });
+}
+
+bool releaseDc(WindowHandle window, DeviceContext dc) {
+    return orError(kErrorInvalidHandle, false, [=] {
+        return ::ReleaseDC(systemHandle<HWND>(window), systemHandle<HDC>(dc)) != 0;
+    });
+}
+
+std::uint32_t getSysColor(std::int32_t index) {
+    return ::GetSysColor(index);
+}
+
 bool getIconInfo(IconHandle icon, IconFacts& facts) {
     ICONINFO info{};
     const bool done = orError(kErrorInvalidHandle, false,
@@ -38,6 +67,11 @@ bool messageBeep(std::uint32_t kind) {
 
 constexpr User32 bound() {
     User32 table;
+    table.CopyImage.bind<copyImage>();
+    table.GetDesktopWindow.bind<getDesktopWindow>();
+    table.GetDC.bind<getDc>();
+    table.ReleaseDC.bind<releaseDc>();
+    table.GetSysColor.bind<getSysColor>();
     table.GetIconInfo.bind<getIconInfo>();
     table.GetThreadDesktop.bind<getThreadDesktop>();
     table.GetUserObjectInformationA.bind<getUserObjectInformation>();

@@ -1,63 +1,13 @@
-#include "platform/gdi32.h"
+#include "platform/common/canvas.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstring>
 #include <vector>
 
 // What device contexts and bitmaps promise on every platform.
 namespace orvane::platform {
 namespace {
-
-using Bytes = std::vector<std::uint8_t>;
-
-BitmapInfo infoOf(std::int32_t width, std::int32_t height, std::uint16_t bits) {
-    BitmapInfo info;
-    info.biWidth = width;
-    info.biHeight = height;
-    info.biBitCount = bits;
-    return info;
-}
-
-/// A device context with a section selected in it.
-class Canvas {
-public:
-    explicit Canvas(const BitmapInfo& info) : info_(info) {
-        dc = gdi32.CreateCompatibleDC(DeviceContext::none);
-        bitmap = gdi32.CreateDIBSection(DeviceContext::none, info, kDibRgbColors, bits);
-        former = gdi32.SelectObject(dc, bitmap);
-    }
-    Canvas(const Canvas&) = delete;
-    Canvas& operator=(const Canvas&) = delete;
-    ~Canvas() {
-        EXPECT_EQ(gdi32.SelectObject(dc, former), bitmap);
-        EXPECT_TRUE(gdi32.DeleteObject(bitmap));
-        EXPECT_TRUE(gdi32.DeleteDC(dc));
-    }
-
-    /// The stored bytes of all rows.
-    Bytes stored() const {
-        const auto stride =
-            static_cast<std::size_t>((info_.biWidth * info_.biBitCount + 31) / 32 * 4);
-        Bytes out(stride * static_cast<std::size_t>(std::abs(info_.biHeight)));
-        std::memcpy(out.data(), bits, out.size());
-        return out;
-    }
-    std::int32_t draw(const BitmapInfo& info, const Bytes& pixels) const {
-        return gdi32.StretchDIBits(dc, 0, 0, info_.biWidth, std::abs(info_.biHeight), 0, 0,
-                                   info.biWidth, std::abs(info.biHeight), pixels, info,
-                                   kDibRgbColors, kSrcCopy);
-    }
-
-    DeviceContext dc{};
-    BitmapHandle bitmap{};
-    BitmapHandle former{};
-    void* bits = nullptr;
-
-private:
-    BitmapInfo info_;
-};
 
 // 2 by 2: blue, green / red, white; each row padded to 8 bytes.
 const Bytes kTopDown24 = {255, 0, 0, 0, 255, 0, 0, 0, 0, 0, 255, 255, 255, 255, 0, 0};

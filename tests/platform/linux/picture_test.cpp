@@ -270,7 +270,7 @@ TEST(LinuxPictures, RenderingDrawsTheWholePictureUpright) {
     const auto target = Surface::create(4, 4, PixelFormat::ofDepth(24), true);
     const BitmapHandle bitmap = addHandle(std::shared_ptr<Surface>(target));
     const DeviceContext dc = gdi32.CreateCompatibleDC(DeviceContext::none);
-    const BitmapHandle former = gdi32.SelectObject(dc, bitmap);
+    const GdiObject former = gdi32.SelectObject(dc, bitmap);
     LONG width = 0;
     LONG height = 0;
     EXPECT_EQ(picture->get_Width(&width), S_OK);

@@ -51,7 +51,7 @@ TEST(Gdi32, PixelsThatAreNotThereAreNotRead) {
     void* bits = nullptr;
     const BitmapHandle bitmap =
         gdi32.CreateDIBSection(DeviceContext::none, infoOf(4, -2, 24), kDibRgbColors, bits);
-    const BitmapHandle former = gdi32.SelectObject(dc, bitmap);
+    const GdiObject former = gdi32.SelectObject(dc, bitmap);
     std::array<std::uint8_t, 24> pixels{};
     pixels.fill(0x55);
     const auto draw = [&](std::size_t size) {
