@@ -15,4 +15,9 @@ function(orvane_add_test name)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+    if(NOT WIN32)
+        # A test that forgets to have a registry of its own doesn't write to the user's.
+        set_tests_properties(${name} PROPERTIES ENVIRONMENT
+            "ORVANE_REGISTRY_USER=${CMAKE_BINARY_DIR}/tests/registry/${name}/user;ORVANE_REGISTRY_MACHINE=${CMAKE_BINARY_DIR}/tests/registry/${name}/machine")
+    endif()
 endfunction()

@@ -13,6 +13,8 @@ constexpr std::uint32_t kSlotBits = 20;
 constexpr std::uint32_t kSlotMask = (1u << kSlotBits) - 1;
 constexpr std::uint32_t kMostSlots = kSlotMask;  // the last number stays unused: no handle is ~0
 constexpr std::uint32_t kGenerationMask = 0xFFF;
+// The handles from 0x80000000 on are the predefined keys of the registry.
+constexpr std::uint32_t kGenerationOfPredefinedKeys = 0x80000000u >> kSlotBits;
 constexpr std::size_t kFreeSlotsKept = 1024;
 
 constinit HandleTable processTable;
@@ -102,7 +104,8 @@ std::shared_ptr<void> HandleTable::remove(HandleKind kind, std::uint32_t handle)
         return nullptr;
     }
     slot->kind = HandleKind::none;
-    const std::uint32_t next = (slot->generation + 1u) & kGenerationMask;
+    std::uint32_t next = (slot->generation + 1u) & kGenerationMask;
+    if (next == kGenerationOfPredefinedKeys) ++next;
     slot->generation = static_cast<std::uint16_t>(std::max(next, 1u));
     try {
         state_->freeSlots.push_back(handle & kSlotMask);

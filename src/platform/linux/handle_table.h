@@ -21,13 +21,15 @@ enum class HandleKind : std::uint8_t {
     deviceContext,
     icon,
     metafile,
-    mutex
+    mutex,
+    registryKey
 };
 
 /// All handles of the process: 20 bits of slot number and above them 12 bits of generation, never
 /// 0. A slot is taken again only when a thousand others have been freed after it, and then with the
 /// next generation: a handle that was closed becomes the name of something else after four million
-/// others at the earliest, and until then every use of it fails.
+/// others at the earliest, and until then every use of it fails. No handle is one of the registry's
+/// predefined keys.
 ///
 /// Every function may be called on any thread. An object that is in use on one thread while another
 /// closes its handle lives until the first is done with it.

@@ -1,101 +1,431 @@
 #include "platform/linux/registry.h"
 
+#include "platform/linux/handle_table.h"
+#include "platform/linux/registry_module.h"
+#include "platform/linux/registry_texts.h"
+
+#include <algorithm>
+#include <new>
+
 namespace orvane::platform::registry {
 
-ResultCode openKeyA(RegistryKey, const std::string&, std::uint32_t, std::uint32_t, RegistryKey&) {
-    return ResultCode{kErrorModuleNotFound};
+namespace {
+
+constexpr std::uint32_t kMaximumAllowed = 0x02000000;
+constexpr std::uint32_t kGenericAll = 0x10000000;
+constexpr std::uint32_t kGenericWrite = 0x40000000;
+constexpr std::uint32_t kGenericRead = 0x80000000;
+constexpr std::uint32_t kAllRights =
+    kKeyQueryValue | kKeySetValue | kKeyCreateSubKey | kKeyEnumerateSubKeys;
+/// Rights that change the key or what is in it, with those to delete it and to change who may.
+constexpr std::uint32_t kWritingRights = kKeySetValue | kKeyCreateSubKey | 0x000D0000;
+
+/// A predefined key without a store behind it: it is there and empty.
+constexpr std::int32_t kEmptyRoot = -1;
+constexpr std::int32_t kPerformanceRoot = -2;
+
+/// An open key, predefined ones included.
+struct Key {
+    using Handle = RegistryKey;
+    static constexpr HandleKind kKind = HandleKind::registryKey;
+
+    std::int32_t root = kEmptyRoot;
+    std::int64_t id = 0;
+    std::u16string path{};
+    std::uint32_t rights = kAllRights;
+
+    OrvaneStoreKey inStore() const {
+        return {root, id, reinterpret_cast<const std::uint16_t*>(path.data()),
+                static_cast<std::uint32_t>(path.size())};
+    }
+};
+
+OrvaneStoreName inStore(const RegistryName& name) {
+    return {reinterpret_cast<const std::uint16_t*>(name.spelled.data()),
+            reinterpret_cast<const std::uint16_t*>(name.folded.data()),
+            static_cast<std::uint32_t>(name.spelled.size())};
 }
 
-ResultCode createKeyA(RegistryKey, const std::string&, std::uint32_t, std::uint32_t, RegistryKey&,
-                      KeyDisposition&) {
-    return ResultCode{kErrorModuleNotFound};
+bool isPredefined(RegistryKey key) {
+    return key >= kHkeyClassesRoot && key <= kHkeyDynData;
 }
 
-ResultCode queryValueA(RegistryKey, const std::string&, std::uint32_t&, std::uint8_t*,
-                       std::uint32_t&) {
-    return ResultCode{kErrorModuleNotFound};
+std::int32_t rootOf(RegistryKey key) {
+    if (key == kHkeyClassesRoot) return ORVANE_STORE_CLASSES;
+    if (key == kHkeyCurrentUser) return ORVANE_STORE_USER;
+    if (key == kHkeyLocalMachine) return ORVANE_STORE_MACHINE;
+    return key == kHkeyPerformanceData ? kPerformanceRoot : kEmptyRoot;
 }
 
-ResultCode setValueA(RegistryKey, const std::string&, std::uint32_t,
-                     std::span<const std::uint8_t>) {
-    return ResultCode{kErrorModuleNotFound};
+std::shared_ptr<Key> findKey(RegistryKey key) {
+    if (!isPredefined(key)) return findObject<Key>(key);
+    auto found = std::make_shared<Key>();
+    found->root = rootOf(key);
+    return found;
 }
 
-ResultCode deleteValueA(RegistryKey, const std::string&) {
-    return ResultCode{kErrorModuleNotFound};
+std::uint32_t rightsOf(std::uint32_t access) {
+    if ((access & (kMaximumAllowed | kGenericAll)) != 0) return kAllRights;
+    std::uint32_t rights = access & kAllRights;
+    if ((access & kGenericRead) != 0) rights |= kKeyQueryValue | kKeyEnumerateSubKeys;
+    if ((access & kGenericWrite) != 0) rights |= kKeySetValue | kKeyCreateSubKey;
+    return rights;
 }
 
-ResultCode queryInfoKeyA(RegistryKey, KeyInformation&) {
-    return ResultCode{kErrorModuleNotFound};
+bool isForWriting(std::uint32_t access) {
+    return (access & (kWritingRights | kGenericAll | kGenericWrite)) != 0;
 }
 
-ResultCode enumKeyA(RegistryKey, std::uint32_t, std::span<char>) {
-    return ResultCode{kErrorModuleNotFound};
+/// Every call comes through here: it finds the key, and gives its right and the code of what
+/// `inEmptyRoot` says for a key without a store.
+template <class Body>
+ResultCode onKey(RegistryKey handle, std::uint32_t right, std::uint32_t inEmptyRoot, Body&& body) {
+    const std::uint32_t before = lastError();
+    try {
+        const std::shared_ptr<Key> key = findKey(handle);
+        setLastError(before);
+        if (key == nullptr) return ResultCode{kErrorInvalidHandle};
+        if ((key->rights & right) != right) return ResultCode{kErrorAccessDenied};
+        if (key->root == kPerformanceRoot) return ResultCode{kErrorInvalidHandle};
+        if (key->root == kEmptyRoot) return ResultCode{inEmptyRoot};
+        const OrvaneStoreTable* store = registryStore();
+        if (store == nullptr) return ResultCode{kErrorModuleNotFound};
+        return static_cast<ResultCode>(body(*key, *store));
+    } catch (const std::bad_alloc&) {
+        return ResultCode{kErrorNotEnoughMemory};
+    }
 }
 
-ResultCode enumValueA(RegistryKey, std::uint32_t, char*, std::uint32_t&) {
-    return ResultCode{kErrorModuleNotFound};
+/// A handle of the key at a path below another one.
+std::uint32_t addKey(const Key& base, const RegistryName& path, std::int64_t id,
+                     std::uint32_t access, RegistryKey& key) {
+    const std::uint32_t before = lastError();
+    auto found = std::make_shared<Key>();
+    found->root = base.root;
+    found->id = id;
+    found->path = base.path;
+    if (!found->path.empty() && !path.folded.empty()) found->path += u'\\';
+    found->path += path.folded;
+    found->rights = rightsOf(access);
+    key = addHandle(std::move(found));
+    const std::uint32_t failure = key == RegistryKey::none ? lastError() : kErrorSuccess;
+    setLastError(before);
+    return failure;
 }
 
-ResultCode closeKey(RegistryKey) {
-    return ResultCode{kErrorModuleNotFound};
+/// "" opens a predefined key itself, with nothing behind it as well.
+ResultCode openEmptyRoot(RegistryKey root, const RegistryName& path, std::uint32_t access,
+                         RegistryKey& key) {
+    const std::shared_ptr<Key> base = findKey(root);
+    if (!path.spelled.empty()) {
+        return ResultCode{base->root == kPerformanceRoot ? kErrorInvalidHandle
+                                                         : kErrorFileNotFound};
+    }
+    return ResultCode{addKey(*base, path, 0, access, key)};
 }
 
-ResultCode openKeyW(RegistryKey, const std::u16string&, std::uint32_t, std::uint32_t,
-                    RegistryKey&) {
-    return ResultCode{kErrorModuleNotFound};
+ResultCode openKey(RegistryKey root, std::u16string_view subKey, std::uint32_t access,
+                   RegistryKey& key) {
+    key = RegistryKey::none;
+    RegistryName path;
+    if (const ResultCode bad = keyPath(subKey, path); bad != ResultCode::success) return bad;
+    if (isPredefined(root) && rootOf(root) < 0) return openEmptyRoot(root, path, access, key);
+    return onKey(root, 0, kErrorFileNotFound, [&](const Key& base, const OrvaneStoreTable& store) {
+        const OrvaneStoreKey from = base.inStore();
+        const OrvaneStoreName name = inStore(path);
+        std::int64_t id = 0;
+        const std::uint32_t failure = store.open(&from, &name, isForWriting(access) ? 1 : 0, &id);
+        return failure != kErrorSuccess ? failure : addKey(base, path, id, access, key);
+    });
 }
 
-ResultCode createKeyW(RegistryKey, const std::u16string&, std::uint32_t, std::uint32_t,
-                      RegistryKey&, KeyDisposition&) {
-    return ResultCode{kErrorModuleNotFound};
+ResultCode createKey(RegistryKey root, std::u16string_view subKey, std::uint32_t access,
+                     RegistryKey& key, KeyDisposition& disposition) {
+    key = RegistryKey::none;
+    disposition = KeyDisposition::none;
+    RegistryName path;
+    if (const ResultCode bad = keyPath(subKey, path); bad != ResultCode::success) return bad;
+    return onKey(root, 0, kErrorAccessDenied, [&](const Key& base, const OrvaneStoreTable& store) {
+        const OrvaneStoreKey from = base.inStore();
+        const OrvaneStoreName name = inStore(path);
+        std::int64_t id = 0;
+        int created = 0;
+        std::uint32_t failure =
+            store.create(&from, &name, isForWriting(access) ? 1 : 0, &id, &created);
+        if (failure == kErrorSuccess) failure = addKey(base, path, id, access, key);
+        if (failure == kErrorSuccess) {
+            disposition =
+                created != 0 ? KeyDisposition::createdNewKey : KeyDisposition::openedExistingKey;
+        }
+        return failure;
+    });
 }
 
-ResultCode queryValueW(RegistryKey, const std::u16string&, std::uint32_t&,
-                       std::vector<std::uint8_t>&) {
-    return ResultCode{kErrorModuleNotFound};
+/// What a call takes from the store is handed to a function object.
+template <class Function>
+void takeBy(void* context, const std::uint16_t* name, std::uint32_t units, std::uint32_t type,
+            const std::uint8_t* data, std::size_t size) {
+    (*static_cast<Function*>(context))(
+        std::u16string_view(reinterpret_cast<const char16_t*>(name), units), type,
+        std::span(data, size));
 }
 
-ResultCode setValueW(RegistryKey, const std::u16string&, std::uint32_t,
-                     std::span<const std::uint8_t>) {
-    return ResultCode{kErrorModuleNotFound};
+template <class Function>
+ResultCode query(RegistryKey key, std::u16string_view name, Function&& function) {
+    const RegistryName sought = valueName(name);
+    if (sought.spelled.size() > kLongestValueName) return ResultCode{kErrorFileNotFound};
+    return onKey(key, kKeyQueryValue, kErrorFileNotFound,
+                 [&](const Key& found, const OrvaneStoreTable& store) {
+                     const OrvaneStoreKey in = found.inStore();
+                     const OrvaneStoreName named = inStore(sought);
+                     return store.query(&in, &named, takeBy<std::remove_reference_t<Function>>,
+                                        &function);
+                 });
 }
 
-ResultCode deleteValueW(RegistryKey, const std::u16string&) {
-    return ResultCode{kErrorModuleNotFound};
+ResultCode set(RegistryKey key, std::u16string_view name, std::uint32_t type,
+               std::span<const std::uint8_t> data) {
+    const RegistryName written = valueName(name);
+    if (written.spelled.size() > kLongestValueName) return ResultCode{kErrorInvalidParameter};
+    return onKey(key, kKeySetValue, kErrorAccessDenied,
+                 [&](const Key& found, const OrvaneStoreTable& store) {
+                     const OrvaneStoreKey in = found.inStore();
+                     const OrvaneStoreName named = inStore(written);
+                     return store.set(&in, &named, type, data.data(), data.size());
+                 });
 }
 
-ResultCode enumKeyW(RegistryKey, std::uint32_t, std::u16string&) {
-    return ResultCode{kErrorModuleNotFound};
+ResultCode removeValue(RegistryKey key, std::u16string_view name) {
+    const RegistryName sought = valueName(name);
+    if (sought.spelled.size() > kLongestValueName) return ResultCode{kErrorFileNotFound};
+    return onKey(key, kKeySetValue, kErrorFileNotFound,
+                 [&](const Key& found, const OrvaneStoreTable& store) {
+                     const OrvaneStoreKey in = found.inStore();
+                     const OrvaneStoreName named = inStore(sought);
+                     return store.deleteValue(&in, &named);
+                 });
 }
 
-ResultCode enumValueW(RegistryKey, std::uint32_t, std::u16string&, std::uint32_t&,
-                      std::vector<std::uint8_t>&) {
-    return ResultCode{kErrorModuleNotFound};
+template <class Function>
+ResultCode enumerateKey(RegistryKey key, std::uint32_t index, Function&& function) {
+    return onKey(key, kKeyEnumerateSubKeys, kErrorNoMoreItems,
+                 [&](const Key& found, const OrvaneStoreTable& store) {
+                     const OrvaneStoreKey in = found.inStore();
+                     return store.subKey(&in, index, takeBy<std::remove_reference_t<Function>>,
+                                         &function);
+                 });
 }
 
-ResultCode deleteEmptyKeyA(RegistryKey, const std::string&) {
-    return ResultCode{kErrorModuleNotFound};
+template <class Function>
+ResultCode enumerateValue(RegistryKey key, std::uint32_t index, bool withData,
+                          Function&& function) {
+    return onKey(key, kKeyQueryValue, kErrorNoMoreItems,
+                 [&](const Key& found, const OrvaneStoreTable& store) {
+                     const OrvaneStoreKey in = found.inStore();
+                     return store.value(&in, index, withData ? 1 : 0,
+                                        takeBy<std::remove_reference_t<Function>>, &function);
+                 });
 }
 
-ResultCode deleteTreeA(RegistryKey, const std::string&) {
-    return ResultCode{kErrorModuleNotFound};
+ResultCode removeTree(RegistryKey root, std::u16string_view subKey) {
+    RegistryName path;
+    if (const ResultCode bad = keyPath(subKey, path); bad != ResultCode::success) return bad;
+    return onKey(root, 0, path.spelled.empty() ? kErrorSuccess : kErrorFileNotFound,
+                 [&](const Key& base, const OrvaneStoreTable& store) {
+                     const OrvaneStoreKey from = base.inStore();
+                     const OrvaneStoreName name = inStore(path);
+                     return store.deleteTree(&from, &name);
+                 });
 }
 
-ResultCode deleteTreeW(RegistryKey, const std::u16string&) {
-    return ResultCode{kErrorModuleNotFound};
+/// Copies a name with a closing NUL; false when there is no room for both.
+bool copyName(std::u16string_view name, char* out, std::size_t room) {
+    if (name.size() >= room) return false;
+    const std::string ansi = narrowText(name);
+    std::ranges::copy(ansi, out);
+    out[ansi.size()] = '\0';
+    return true;
 }
+
+}  // namespace
+
+ResultCode openKeyA(RegistryKey root, const std::string& subKey, std::uint32_t,
+                    std::uint32_t access, RegistryKey& key) {
+    return openKey(root, wideText(subKey), access, key);
+}
+
+ResultCode createKeyA(RegistryKey root, const std::string& subKey, std::uint32_t,
+                      std::uint32_t access, RegistryKey& key, KeyDisposition& disposition) {
+    return createKey(root, wideText(subKey), access, key, disposition);
+}
+
+// As the platform does, a question without data that finds nothing gives the size 0.
+ResultCode queryValueA(RegistryKey key, const std::string& name, std::uint32_t& type,
+                       std::uint8_t* data, std::uint32_t& size) {
+    bool fits = true;
+    const ResultCode result =
+        query(key, wideText(name),
+              [&](std::u16string_view, std::uint32_t kept, std::span<const std::uint8_t> bytes) {
+                  type = kept;
+                  const std::size_t needed = isText(kept) ? bytes.size() / 2 : bytes.size();
+                  fits = data == nullptr || needed <= size;
+                  size = static_cast<std::uint32_t>(needed);
+                  if (data == nullptr || !fits) return;
+                  if (isText(kept)) {
+                      std::ranges::copy(narrowTextIn(bytes), data);
+                  } else {
+                      std::ranges::copy(bytes, data);
+                  }
+              });
+    if (result == ResultCode{kErrorFileNotFound}) {
+        type = kRegNone;
+        if (data == nullptr) size = 0;
+    }
+    return fits ? result : ResultCode{kErrorMoreData};
+}
+
+ResultCode setValueA(RegistryKey key, const std::string& name, std::uint32_t type,
+                     std::span<const std::uint8_t> data) {
+    if (!isText(type)) return set(key, wideText(name), type, data);
+    return set(key, wideText(name), type, keptText(data));
+}
+
+ResultCode deleteValueA(RegistryKey key, const std::string& name) {
+    return removeValue(key, wideText(name));
+}
+
+ResultCode queryInfoKeyA(RegistryKey key, KeyInformation& information) {
+    information = {};
+    return onKey(
+        key, kKeyQueryValue, kErrorSuccess, [&](const Key& found, const OrvaneStoreTable& store) {
+            const OrvaneStoreKey in = found.inStore();
+            OrvaneStoreInformation kept{};
+            const std::uint32_t failure = store.information(&in, &kept);
+            information = {kept.subKeys, kept.longestSubKey, kept.values, kept.longestValueName,
+                           std::max(kept.longestText / 2, kept.longestOther)};
+            return failure;
+        });
+}
+
+ResultCode enumKeyA(RegistryKey key, std::uint32_t index, std::span<char> name) {
+    bool fits = true;
+    const ResultCode result = enumerateKey(
+        key, index, [&](std::u16string_view found, std::uint32_t, std::span<const std::uint8_t>) {
+            fits = copyName(found, name.data(), name.size());
+        });
+    return fits ? result : ResultCode{kErrorMoreData};
+}
+
+ResultCode enumValueA(RegistryKey key, std::uint32_t index, char* name, std::uint32_t& size) {
+    bool fits = true;
+    const ResultCode result = enumerateValue(
+        key, index, false,
+        [&](std::u16string_view found, std::uint32_t, std::span<const std::uint8_t>) {
+            fits = copyName(found, name, size);
+            if (fits) size = static_cast<std::uint32_t>(found.size());
+        });
+    return fits ? result : ResultCode{kErrorMoreData};
+}
+
+ResultCode closeKey(RegistryKey key) {
+    if (isPredefined(key)) return ResultCode::success;
+    const std::uint32_t before = lastError();
+    const bool wasOpen = removeHandle<Key>(key) != nullptr;
+    setLastError(before);
+    return wasOpen ? ResultCode::success : ResultCode{kErrorInvalidHandle};
+}
+
+ResultCode openKeyW(RegistryKey root, const std::u16string& subKey, std::uint32_t,
+                    std::uint32_t access, RegistryKey& key) {
+    return openKey(root, subKey, access, key);
+}
+
+ResultCode createKeyW(RegistryKey root, const std::u16string& subKey, std::uint32_t,
+                      std::uint32_t access, RegistryKey& key, KeyDisposition& disposition) {
+    return createKey(root, subKey, access, key, disposition);
+}
+
+ResultCode queryValueW(RegistryKey key, const std::u16string& name, std::uint32_t& type,
+                       std::vector<std::uint8_t>& data) {
+    type = kRegNone;
+    data.clear();
+    return query(key, name,
+                 [&](std::u16string_view, std::uint32_t kept, std::span<const std::uint8_t> bytes) {
+                     type = kept;
+                     data.assign(bytes.begin(), bytes.end());
+                 });
+}
+
+ResultCode setValueW(RegistryKey key, const std::u16string& name, std::uint32_t type,
+                     std::span<const std::uint8_t> data) {
+    return set(key, name, type, data);
+}
+
+ResultCode deleteValueW(RegistryKey key, const std::u16string& name) {
+    return removeValue(key, name);
+}
+
+ResultCode enumKeyW(RegistryKey key, std::uint32_t index, std::u16string& name) {
+    name.clear();
+    return enumerateKey(key, index,
+                        [&](std::u16string_view found, std::uint32_t,
+                            std::span<const std::uint8_t>) { name = found; });
+}
+
+ResultCode enumValueW(RegistryKey key, std::uint32_t index, std::u16string& name,
+                      std::uint32_t& type, std::vector<std::uint8_t>& data) {
+    name.clear();
+    data.clear();
+    type = kRegNone;
+    return enumerateValue(
+        key, index, true,
+        [&](std::u16string_view found, std::uint32_t kept, std::span<const std::uint8_t> bytes) {
+            name = found;
+            type = kept;
+            data.assign(bytes.begin(), bytes.end());
+        });
+}
+
+ResultCode deleteEmptyKeyA(RegistryKey root, const std::string& subKey) {
+    RegistryName path;
+    const ResultCode bad = keyPath(wideText(subKey), path);
+    if (bad != ResultCode::success) return bad;
+    return onKey(root, 0, path.spelled.empty() ? kErrorAccessDenied : kErrorFileNotFound,
+                 [&](const Key& base, const OrvaneStoreTable& store) {
+                     const OrvaneStoreKey from = base.inStore();
+                     const OrvaneStoreName name = inStore(path);
+                     return store.deleteEmpty(&from, &name);
+                 });
+}
+
+ResultCode deleteTreeA(RegistryKey root, const std::string& subKey) {
+    return removeTree(root, wideText(subKey));
+}
+
+ResultCode deleteTreeW(RegistryKey root, const std::u16string& subKey) {
+    return removeTree(root, subKey);
+}
+
+namespace {
+
+ResultCode inTransaction(std::uint32_t (*OrvaneStoreTable::*step)(void)) {
+    const OrvaneStoreTable* store = registryStore();
+    if (store == nullptr) return ResultCode{kErrorModuleNotFound};
+    return static_cast<ResultCode>((store->*step)());
+}
+
+}  // namespace
 
 ResultCode beginTransaction() {
-    return ResultCode{kErrorModuleNotFound};
+    return inTransaction(&OrvaneStoreTable::begin);
 }
 
 ResultCode commitTransaction() {
-    return ResultCode{kErrorModuleNotFound};
+    return inTransaction(&OrvaneStoreTable::commit);
 }
 
 ResultCode rollbackTransaction() {
-    return ResultCode{kErrorModuleNotFound};
+    return inTransaction(&OrvaneStoreTable::rollback);
 }
 
 }  // namespace orvane::platform::registry

@@ -74,10 +74,11 @@ typedef struct OrvaneStoreTable {
                     const uint8_t* data, size_t size);
     uint32_t (*deleteValue)(const OrvaneStoreKey* key, const OrvaneStoreName* name);
     uint32_t (*information)(const OrvaneStoreKey* key, OrvaneStoreInformation* information);
-    /// A sub-key by its place from 0; `take` gets its name alone. 259 behind the last one.
+    /// A sub-key by its place from 0; `take` gets its name alone. 259 behind the last one. A value
+    /// likewise, without its data unless that is asked for.
     uint32_t (*subKey)(const OrvaneStoreKey* key, uint32_t index, OrvaneStoreTake take,
                        void* context);
-    uint32_t (*value)(const OrvaneStoreKey* key, uint32_t index, OrvaneStoreTake take,
+    uint32_t (*value)(const OrvaneStoreKey* key, uint32_t index, int withData, OrvaneStoreTake take,
                       void* context);
     /// Deletes a key; 1020 when it has sub-keys.
     uint32_t (*deleteEmpty)(const OrvaneStoreKey* base, const OrvaneStoreName* path);

@@ -1,0 +1,275 @@
+#include "platform/linux/registry/classes.h"
+
+#include <atomic>
+#include <mutex>
+#include <new>
+#include <pthread.h>
+#include <unistd.h>
+#include <utility>
+
+namespace orvane::store {
+
+namespace {
+
+/// The databases of one process. One call at a time is in them.
+struct Store {
+    std::mutex mutex;
+    Hive user{userPlace, Database::Journal::log};
+    Hive machine{machinePlace, Database::Journal::rollback};
+    Classes classes{user, machine};
+    pid_t process = ::getpid();
+    Store* former = nullptr;
+};
+
+constinit std::atomic<Store*> current = nullptr;
+/// The thread with an open transaction holds the store for its length.
+constinit thread_local Store* inTransactionOf = nullptr;
+
+/// The store of this process. One that came with a fork which nobody told us of is left alone:
+/// to close it would end what the parent does with its files.
+Store& store() {
+    Store* found = current.load();
+    while (found == nullptr || found->process != ::getpid()) {
+        auto* fresh = new Store;
+        fresh->former = found;
+        if (current.compare_exchange_strong(found, fresh)) return *fresh;
+        delete fresh;
+    }
+    return *found;
+}
+
+/// Runs a call on the store, alone in the process.
+template <class Body>
+Code guarded(Body&& body) {
+    try {
+        Store& all = store();
+        if (inTransactionOf == &all) return body(all);
+        const std::scoped_lock lock(all.mutex);
+        return body(all);
+    } catch (const std::bad_alloc&) {
+        return kNoMemory;
+    } catch (const Failure& failure) {
+        return failure.code();
+    } catch (...) {
+        return kBadDatabase;
+    }
+}
+
+KeyPlace placeOf(const OrvaneStoreKey& key) {
+    return {key.id, {reinterpret_cast<const char16_t*>(key.path), key.units}};
+}
+
+std::u16string_view view(const OrvaneStoreName& name) {
+    return {reinterpret_cast<const char16_t*>(name.folded), name.units};
+}
+
+bool isClasses(const OrvaneStoreKey* key) {
+    return key->root == ORVANE_STORE_CLASSES;
+}
+
+Hive& hiveOf(Store& all, const OrvaneStoreKey* key) {
+    return key->root == ORVANE_STORE_USER ? all.user : all.machine;
+}
+
+std::uint32_t openKey(const OrvaneStoreKey* base, const OrvaneStoreName* path, int forWriting,
+                      std::int64_t* id) {
+    *id = 0;
+    return guarded([&](Store& all) {
+        if (isClasses(base)) {
+            return all.classes.open(joined(placeOf(*base).path, view(*path)), forWriting != 0);
+        }
+        Hive& hive = hiveOf(all, base);
+        const Code code = hive.open(placeOf(*base), view(*path), *id);
+        return code == kSuccess && forWriting != 0 ? hive.checkWritable() : code;
+    });
+}
+
+std::uint32_t createKey(const OrvaneStoreKey* base, const OrvaneStoreName* path, int forWriting,
+                        std::int64_t* id, int* created) {
+    *id = 0;
+    *created = 0;
+    return guarded([&](Store& all) {
+        bool isNew = false;
+        Code code = kSuccess;
+        const Name name(*path);
+        if (isClasses(base)) {
+            // Only the folded form of the base is known; it is there already.
+            const std::u16string spelled = joined(placeOf(*base).path, name.spelled);
+            const std::u16string folded = joined(placeOf(*base).path, name.folded);
+            code = all.classes.create(Name(spelled, folded), forWriting != 0, isNew);
+        } else {
+            Hive& hive = hiveOf(all, base);
+            code = hive.create(placeOf(*base), name, *id, isNew);
+            if (code == kSuccess && forWriting != 0) code = hive.checkWritable();
+        }
+        *created = isNew ? 1 : 0;
+        return code;
+    });
+}
+
+std::uint32_t query(const OrvaneStoreKey* key, const OrvaneStoreName* name, OrvaneStoreTake take,
+                    void* context) {
+    return guarded([&](Store& all) {
+        const Take taken{take, context};
+        return isClasses(key) ? all.classes.query(placeOf(*key).path, view(*name), taken)
+                              : hiveOf(all, key).query(placeOf(*key), view(*name), taken);
+    });
+}
+
+std::uint32_t setValue(const OrvaneStoreKey* key, const OrvaneStoreName* name, std::uint32_t type,
+                       const std::uint8_t* data, std::size_t size) {
+    return guarded([&](Store& all) {
+        const Bytes bytes(data, size);
+        return isClasses(key) ? all.classes.set(placeOf(*key).path, Name(*name), type, bytes)
+                              : hiveOf(all, key).set(placeOf(*key), Name(*name), type, bytes);
+    });
+}
+
+std::uint32_t deleteValue(const OrvaneStoreKey* key, const OrvaneStoreName* name) {
+    return guarded([&](Store& all) {
+        return isClasses(key) ? all.classes.deleteValue(placeOf(*key).path, view(*name))
+                              : hiveOf(all, key).deleteValue(placeOf(*key), view(*name));
+    });
+}
+
+std::uint32_t information(const OrvaneStoreKey* key, OrvaneStoreInformation* found) {
+    return guarded([&](Store& all) {
+        return isClasses(key) ? all.classes.information(placeOf(*key).path, *found)
+                              : hiveOf(all, key).information(placeOf(*key), *found);
+    });
+}
+
+std::uint32_t subKey(const OrvaneStoreKey* key, std::uint32_t index, OrvaneStoreTake take,
+                     void* context) {
+    return guarded([&](Store& all) {
+        const Take taken{take, context};
+        return isClasses(key) ? all.classes.subKey(placeOf(*key).path, index, taken)
+                              : hiveOf(all, key).subKey(placeOf(*key), index, taken);
+    });
+}
+
+std::uint32_t value(const OrvaneStoreKey* key, std::uint32_t index, int withData,
+                    OrvaneStoreTake take, void* context) {
+    return guarded([&](Store& all) {
+        const Take taken{take, context};
+        return isClasses(key) ? all.classes.value(placeOf(*key).path, index, withData != 0, taken)
+                              : hiveOf(all, key).value(placeOf(*key), index, withData != 0, taken);
+    });
+}
+
+std::uint32_t deleteEmpty(const OrvaneStoreKey* base, const OrvaneStoreName* path) {
+    return guarded([&](Store& all) {
+        return isClasses(base) ? all.classes.deleteEmpty(joined(placeOf(*base).path, view(*path)))
+                               : hiveOf(all, base).deleteEmpty(placeOf(*base), view(*path));
+    });
+}
+
+std::uint32_t deleteTree(const OrvaneStoreKey* base, const OrvaneStoreName* path) {
+    return guarded([&](Store& all) {
+        return isClasses(base) ? all.classes.deleteTree(joined(placeOf(*base).path, view(*path)),
+                                                        path->units == 0)
+                               : hiveOf(all, base).deleteTree(placeOf(*base), view(*path));
+    });
+}
+
+std::uint32_t begin() {
+    try {
+        Store& all = store();
+        if (inTransactionOf == &all) return kTransactionExists;
+        all.mutex.lock();
+        all.user.begin();
+        all.machine.begin();
+        inTransactionOf = &all;
+        return kSuccess;
+    } catch (const std::bad_alloc&) {
+        return kNoMemory;
+    }
+}
+
+/// Ends the thread's transaction; `body` says how.
+template <class Body>
+std::uint32_t end(Body&& body) {
+    Store* all = std::exchange(inTransactionOf, nullptr);
+    if (all == nullptr || all != current.load()) return kNoTransaction;
+    const Code code = body(*all);
+    all->mutex.unlock();
+    return code;
+}
+
+// The machine's changes first: it is those that the user may have no right to.
+std::uint32_t commit() {
+    return end([](Store& all) {
+        const Code code = all.machine.commit();
+        if (code == kSuccess) return all.user.commit();
+        all.user.rollback();
+        return code;
+    });
+}
+
+std::uint32_t rollback() {
+    return end([](Store& all) {
+        all.machine.rollback();
+        all.user.rollback();
+        return kSuccess;
+    });
+}
+
+void closeAll() {
+    guarded([](Store& all) {
+        if (inTransactionOf == &all) return kTransactionExists;
+        all.user.close(true);
+        all.machine.close(true);
+        return kSuccess;
+    });
+}
+
+constexpr OrvaneStoreTable kTable{
+    ORVANE_STORE_VERSION, openKey,     createKey, query,    setValue,
+    deleteValue,          information, subKey,    value,    deleteEmpty,
+    deleteTree,           begin,       commit,    rollback, closeAll};
+
+// A forked child shares its parent's idea of the locks on a file, and holds none of them: a
+// database that is open then would be damaged sooner or later. So no fork finds one open: both
+// sides open theirs again when they need it. A transaction of the forking thread is lost by that.
+void beforeFork() {
+    Store* all = current.load();
+    if (all == nullptr) return;
+    if (inTransactionOf != all) all->mutex.lock();
+    all->user.abandon();
+    all->machine.abandon();
+}
+
+void afterForkInParent() {
+    Store* all = current.load();
+    if (all != nullptr && inTransactionOf != all) all->mutex.unlock();
+}
+
+void afterForkInChild() {
+    Store* all = current.load();
+    if (all == nullptr) return;
+    all->process = ::getpid();
+    if (inTransactionOf != all) all->mutex.unlock();
+}
+
+[[gnu::constructor]] void watchForks() {
+    ::pthread_atfork(beforeFork, afterForkInParent, afterForkInChild);
+}
+
+// Carries the user's log over into its file, so that an idle database is one file. A call that
+// comes after this opens the database again.
+[[gnu::destructor]] void closeAtEnd() {
+    Store* all = current.load();
+    if (all == nullptr || all->process != ::getpid() || !all->mutex.try_lock()) return;
+    all->user.close(true);
+    all->machine.close(true);
+    all->mutex.unlock();
+}
+
+}  // namespace
+
+}  // namespace orvane::store
+
+extern "C" __attribute__((visibility("default"))) const OrvaneStoreTable*
+orvaneRegistryStore(void) {
+    return &orvane::store::kTable;
+}

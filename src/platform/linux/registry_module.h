@@ -1,0 +1,11 @@
+#pragma once
+
+#include "platform/linux/registry/store.h"
+
+namespace orvane::platform {
+
+/// The registry's store in `libOrvaneRegistry.so`. Loaded on first use and kept; null while it
+/// can't be loaded or is of another version.
+const OrvaneStoreTable* registryStore();
+
+}  // namespace orvane::platform
