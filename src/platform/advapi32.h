@@ -10,8 +10,8 @@ struct Advapi32 {
     /// The logon name of the process's user.
     Operation<std::string()> GetUserNameA{"advapi32", "GetUserNameA", {}, kErrorAccessDenied};
 
-    // The registry. Each operation gives its result code and leaves the last error alone; `key` is
-    // a predefined key or the handle of an open one, and a sub-key "" is the key itself. In the
+    // The registry. Each operation gives its result code, and the last error means nothing; `key`
+    // is a predefined key or the handle of an open one, and a sub-key "" is the key itself. In the
     // narrow forms names are texts in the ANSI code page, and so is the data of text values (types
     // 1, 2 and 7). A name ends at its first NUL.
 

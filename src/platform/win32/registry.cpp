@@ -31,8 +31,8 @@ ResultCode opened(LONG status, HKEY found, RegistryKey& key) {
 ResultCode openKeyA(RegistryKey root, const std::string& subKey, std::uint32_t options,
                     std::uint32_t access, RegistryKey& key) {
     HKEY found = nullptr;
-    return opened(::RegOpenKeyExA(systemKey(root), subKey.c_str(), options, access, &found), found,
-                  key);
+    const LONG status = ::RegOpenKeyExA(systemKey(root), subKey.c_str(), options, access, &found);
+    return opened(status, found, key);
 }
 
 ResultCode createKeyA(RegistryKey root, const std::string& subKey, std::uint32_t options,
@@ -100,8 +100,8 @@ ResultCode closeKey(RegistryKey key) {
 ResultCode openKeyW(RegistryKey root, const std::u16string& subKey, std::uint32_t options,
                     std::uint32_t access, RegistryKey& key) {
     HKEY found = nullptr;
-    return opened(::RegOpenKeyExW(systemKey(root), wide(subKey), options, access, &found), found,
-                  key);
+    const LONG status = ::RegOpenKeyExW(systemKey(root), wide(subKey), options, access, &found);
+    return opened(status, found, key);
 }
 
 ResultCode createKeyW(RegistryKey root, const std::u16string& subKey, std::uint32_t options,

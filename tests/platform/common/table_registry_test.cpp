@@ -492,14 +492,5 @@ TEST_F(TableRegistry, LargeValuesServe) {
     EXPECT_TRUE(query("text", 1u << 20).data == large);
 }
 
-TEST_F(TableRegistry, LeavesTheLastErrorAlone) {
-    setLastError(4711);
-    EXPECT_EQ(open(kHkeyCurrentUser, store_.key()), 0u);
-    EXPECT_EQ(open(kHkeyCurrentUser, store_.key("none")), kErrorFileNotFound);
-    EXPECT_EQ(number(advapi32.RegCloseKey(RegistryKey{0x1234})), kErrorInvalidHandle);
-    EXPECT_EQ(query("none").code, kErrorFileNotFound);
-    EXPECT_EQ(lastError(), 4711u);
-}
-
 }  // namespace
 }  // namespace orvane::platform
