@@ -20,6 +20,18 @@ const wchar_t* wide(const std::u16string& text) {
     return reinterpret_cast<const wchar_t*>(text.c_str());
 }
 
+/// The bytes of a value with something behind them. The system looks behind a text that has no NUL
+/// at its end, and takes one that happens to be there for a part of it.
+std::vector<std::uint8_t> bounded(std::span<const std::uint8_t> data) {
+    std::vector<std::uint8_t> bytes(data.begin(), data.end());
+    bytes.insert(bytes.end(), 4, 0xFF);
+    return bytes;
+}
+
+bool isText(std::uint32_t type) {
+    return type == kRegSz || type == kRegExpandSz || type == kRegMultiSz;
+}
+
 /// The result and the handle of an operation that opened a key.
 ResultCode opened(LONG status, HKEY found, RegistryKey& key) {
     key = status == ERROR_SUCCESS ? ownHandle<RegistryKey>(found) : RegistryKey::none;
@@ -58,8 +70,11 @@ ResultCode queryValueA(RegistryKey key, const std::string& valueName, std::uint3
 
 ResultCode setValueA(RegistryKey key, const std::string& valueName, std::uint32_t type,
                      std::span<const std::uint8_t> data) {
-    return code(::RegSetValueExA(systemKey(key), valueName.c_str(), 0, type, data.data(),
-                                 static_cast<DWORD>(data.size())));
+    const auto write = [&](const std::uint8_t* bytes) {
+        return code(::RegSetValueExA(systemKey(key), valueName.c_str(), 0, type, bytes,
+                                     static_cast<DWORD>(data.size())));
+    };
+    return isText(type) ? write(bounded(data).data()) : write(data.data());
 }
 
 ResultCode deleteValueA(RegistryKey key, const std::string& valueName) {
@@ -137,8 +152,11 @@ ResultCode queryValueW(RegistryKey key, const std::u16string& valueName, std::ui
 
 ResultCode setValueW(RegistryKey key, const std::u16string& valueName, std::uint32_t type,
                      std::span<const std::uint8_t> data) {
-    return code(::RegSetValueExW(systemKey(key), wide(valueName), 0, type, data.data(),
-                                 static_cast<DWORD>(data.size())));
+    const auto write = [&](const std::uint8_t* bytes) {
+        return code(::RegSetValueExW(systemKey(key), wide(valueName), 0, type, bytes,
+                                     static_cast<DWORD>(data.size())));
+    };
+    return isText(type) ? write(bounded(data).data()) : write(data.data());
 }
 
 ResultCode deleteValueW(RegistryKey key, const std::u16string& valueName) {
