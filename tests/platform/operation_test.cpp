@@ -49,6 +49,10 @@ TEST(Described, NamesTheFieldsOfRecords) {
     EXPECT_EQ(described(info), "{width 4, height -3, bits 24, compression 0, colours 0}");
     EXPECT_EQ(described(IconFacts{true, 1, 2, BitmapHandle{3}, BitmapHandle{4}}),
               "{icon true, x 1, y 2, mask 3, colour 4}");
+    EXPECT_EQ(described(GdiObject(BrushHandle{8})), "8");
+    EXPECT_EQ(described(Point{-1, 2}), "{x -1, y 2}");
+    EXPECT_EQ(described(LogPen{2, {3, 0}, 4}), "{style 2, width 3, colour 4}");
+    EXPECT_EQ(described(LogBrush{1, 2, 3}), "{style 1, colour 2, hatch 3}");
     EXPECT_EQ(described(PictureDescription{1, BitmapHandle{7}, IconHandle::none}),
               "{type 1, bitmap 7, icon 0}");
     EXPECT_EQ(described(SystemVersion{5, 1, 2600, 2, "SP 3", ""}),
@@ -59,6 +63,8 @@ TEST(Described, NamesTheFieldsOfRecords) {
 
 TEST(HeldBy, LeavesOutHandlesThatAreNone) {
     using testing::ElementsAre;
+    EXPECT_THAT(heldBy(GdiObject(PenHandle{7})), ElementsAre("7"));
+    EXPECT_TRUE(heldBy(GdiObject()).empty());
     EXPECT_THAT(heldBy(BitmapHandle{5}), ElementsAre("5"));
     EXPECT_TRUE(heldBy(BitmapHandle::none).empty());
     EXPECT_THAT(heldBy(IconFacts{true, 0, 0, BitmapHandle{3}, BitmapHandle{4}}),

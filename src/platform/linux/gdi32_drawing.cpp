@@ -25,6 +25,12 @@ struct Drawing {
     std::shared_ptr<Context> context;
 };
 
+/// What a call names: with a negative size the pixel at the position and those before it.
+Area areaOf(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height) {
+    return {std::int64_t{x} + (width < 0 ? 1 : 0), std::int64_t{y} + (height < 0 ? 1 : 0), width,
+            height};
+}
+
 /// Carries a ternary operation out. One that takes the pattern does nothing with a brush that has
 /// none.
 void combine(const Drawing& target, Area to, const PixelView& source, Area from,
@@ -79,7 +85,7 @@ bool bitBlt(DeviceContext target, std::int32_t x, std::int32_t y, std::int32_t w
     if (!to) {
         return false;
     }
-    const Area area{x, y, width, height};
+    const Area area = areaOf(x, y, width, height);
     if (!usesSource(rasterOperation)) {
         combine(to, area, {}, {}, rasterOperation, 0);
         return true;
@@ -88,8 +94,8 @@ bool bitBlt(DeviceContext target, std::int32_t x, std::int32_t y, std::int32_t w
     if (!from) {
         return false;
     }
-    combine(to, area, viewOf(*from.surface()), {sourceX, sourceY, width, height}, rasterOperation,
-            pixelColor(from.context->attributes.bkColor));
+    combine(to, area, viewOf(*from.surface()), areaOf(sourceX, sourceY, width, height),
+            rasterOperation, pixelColor(from.context->attributes.bkColor));
     return true;
 }
 
