@@ -129,7 +129,13 @@ Picture COffscreenPicture::Picture() const {
     if (!Initialized_) return nullptr;
     const BitmapHandle copy = nqCopyBitmap(hBitmap_);
     if (copy == BitmapHandle::none) return nullptr;
-    return nqGetBitmapFromHandle(copy);
+    try {
+        return nqGetBitmapFromHandle(copy);
+    } catch (...) {
+        // It is the picture's only when there is one.
+        gdi32.DeleteObject(copy);
+        throw;
+    }
 }
 
 void COffscreenPicture::putPicture(const orvane::Picture& picture) {
