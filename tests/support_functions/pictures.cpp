@@ -2,6 +2,7 @@
 
 #include "platform/gdi32.h"
 #include "platform/oleaut32.h"
+#include "platform/user32.h"
 #include "support/raised_error.h"
 #include "support/recorder.h"
 
@@ -72,6 +73,60 @@ TEST_F(BitmapPicture, RaisesAnyOtherFailedStatus) {
                       [](const PictureDescription&, bool, IPictureDisp*&) { return kUnexpected; });
     EXPECT_EQ(raisedBy([this] { nqGetBitmapFromHandle(bitmap_); }), kUnexpected);
     EXPECT_TRUE(gdi32.DeleteObject(bitmap_));
+}
+
+TEST_F(BitmapPicture, IsCopiedToABitmapOfItsOwn) {
+    test::Recorder recorder(platform::user32);
+    const BitmapHandle copy = nqCopyBitmap(bitmap_);
+    EXPECT_TRUE(recorder.saw({"CopyImage(*, 0, 0, 0, 8192) -> *"}));
+    ASSERT_NE(copy, BitmapHandle::none);
+    EXPECT_NE(copy, bitmap_);
+    platform::BitmapFacts facts;
+    EXPECT_EQ(gdi32.GetObjectA(copy, facts), 24);
+    EXPECT_EQ(facts.width, 3);
+    EXPECT_EQ(facts.height, 2);
+    EXPECT_TRUE(gdi32.DeleteObject(bitmap_));
+    EXPECT_EQ(gdi32.GetObjectA(copy, facts), 24) << "the copy is not the original's";
+    EXPECT_TRUE(gdi32.DeleteObject(copy));
+}
+
+TEST(CopyBitmap, OfWhatIsNoBitmapIsNone) {
+    EXPECT_EQ(nqCopyBitmap(BitmapHandle::none), BitmapHandle::none);
+    EXPECT_EQ(nqCopyBitmap(BitmapHandle{0xDEAD}), BitmapHandle::none);
+}
+
+TEST(TranslateColor, LeavesPlainColoursAsTheyAre) {
+    for (const std::uint32_t color : {0u, 0x123456u, 0xFFFFFFu}) {
+        EXPECT_EQ(nqTranslateColor(color, 0), color);
+    }
+}
+
+TEST(TranslateColor, TakesTheFormOfAPalettesColourAway) {
+    EXPECT_EQ(nqTranslateColor(0x02123456, 0), 0x123456u);
+}
+
+TEST(TranslateColor, GivesTheColourOfASystemNumber) {
+    for (std::int32_t index = 0; index <= 30; ++index) {
+        EXPECT_EQ(nqTranslateColor(0x80000000u | static_cast<std::uint32_t>(index), 0),
+                  platform::user32.GetSysColor(index))
+            << index;
+    }
+}
+
+TEST(TranslateColor, GivesTheColourOfANumberInTheDefaultPalette) {
+    EXPECT_EQ(nqTranslateColor(0x01000000, 0), 0x000000u);
+    EXPECT_EQ(nqTranslateColor(0x01000001, 0), 0x000080u);  // dark red
+    EXPECT_EQ(nqTranslateColor(0x01000009, 0), 0xF0CAA6u);  // sky blue
+    EXPECT_EQ(nqTranslateColor(0x01000013, 0), 0xFFFFFFu);
+}
+
+TEST(TranslateColor, RaisesInvalidArgumentForWhatIsNoColour) {
+    for (const std::uint32_t color : {0x01000014u, 0x01010000u, 0x03000000u, 0x7F000000u,
+                                      0x8000001Fu, 0x80000100u, 0x81000000u, 0xFFFFFFFFu}) {
+        EXPECT_EQ(raisedBy([color] { nqTranslateColor(color, 0); }), error::kInvalidArgument)
+            << std::hex << color;
+    }
+    EXPECT_EQ(raisedBy([] { nqTranslateColor(0x01000000, 1); }), error::kInvalidArgument);
 }
 
 }  // namespace

@@ -107,8 +107,12 @@ std::shared_ptr<Surface> Surface::adopt(std::int32_t width, std::int32_t height,
 std::shared_ptr<Surface> Surface::copy() const {
     auto surface = create(width_, height_, format_, topDown_);
     if (surface != nullptr) {
-        for (std::int32_t y = 0; y < height_; ++y) {
-            std::memcpy(surface->row(y), row(y), surface->stride_);
+        if (surface->stride_ == stride_) {
+            std::memcpy(surface->bits(), bits(), stride_ * static_cast<std::size_t>(height_));
+        } else {
+            for (std::int32_t y = 0; y < height_; ++y) {
+                std::memcpy(surface->row(y), row(y), surface->stride_);
+            }
         }
         surface->isMonochrome = isMonochrome;
     }
