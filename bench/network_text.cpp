@@ -6,7 +6,6 @@
 #include "network/HTTPFormBuilder.h"
 #include "network/Transliterate.h"
 #include "network/cookies_reference.h"
-#include "network/modPasswordCryptor.h"
 #include "network/transliterate_reference.h"
 
 #include <cstdlib>
@@ -76,11 +75,6 @@ int main() {
     printGrowth("GetFormattedCookies", kMebi, 16 * kMebi, [&](std::size_t size) {
         GetFormattedCookies(WStringView(cookies).substr(0, size));
     });
-    printGrowth("HTTPFormBuilder, elements", 10000, 100000, buildForm);
-    printGrowth("EncryptPassword", kMebi / 10, kMebi,
-                [&](std::size_t size) { EncryptPassword(WStringView(titles).substr(0, size)); });
-    const WString hidden = EncryptPassword(repeated(u"password", kMebi));
-    printGrowth("DecryptPassword", 4 * (kMebi / 10), 4 * kMebi,
-                [&](std::size_t size) { DecryptPassword(hidden.view().substr(0, size)); });
+    printGrowth("HTTPFormBuilder, elements", 50000, 500000, buildForm);
     return 0;
 }

@@ -163,6 +163,22 @@ TEST_F(Request, DoesNotCarryOutExchangesYet) {
     EXPECT_EQ(request_->LastRC(), htprExecuteError::htprSuccess);
 }
 
+TEST_F(Request, TakesAnyObjectForACallback) {
+    const auto raisedWith = [&](const Variant& callback) {
+        const Variant none = Variant::missing();
+        return raisedBy([&] {
+            late_.call(u"Execute",
+                       {u"host", none, none, none, none, none, none, none, none, none, callback});
+        });
+    };
+    test::FakeApplication host(u"", 0, 0);
+    EXPECT_EQ(raisedWith(host.object()), error::kActionNotSupported) << "a script's own";
+    EXPECT_EQ(host.references(), 0U);
+    EXPECT_EQ(raisedWith(make<IHTTPRequestCallback>()->asObject()), error::kActionNotSupported);
+    EXPECT_EQ(raisedWith(Variant(Object())), error::kActionNotSupported);
+    EXPECT_EQ(raisedWith(5), error::kObjectRequired);
+}
+
 TEST(RequestCallback, DoesNothingByItself) {
     const auto callback = make<IHTTPRequestCallback>();
     const Object late = callback->asObject();

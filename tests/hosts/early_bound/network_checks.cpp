@@ -97,14 +97,52 @@ void checkRequestSetUp(Library& library, _orvHTTPRequest& request) {
     expect(!found, "ProxySettings put to Nothing");
 }
 
+/// A host's own callback.
+class Callback final : public _IHTTPRequestCallback {
+public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        *object = nullptr;
+        if (!(iid == IID_IUnknown) && !(iid == IID_IDispatch) && !(iid == kInterfaceId)) {
+            return E_NOINTERFACE;
+        }
+        AddRef();
+        *object = static_cast<_IHTTPRequestCallback*>(this);
+        return S_OK;
+    }
+    // It lives as long as its variable.
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+    ULONG STDMETHODCALLTYPE Release() override { return --references; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+        return DISP_E_UNKNOWNNAME;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                                     UINT*) override {
+        return DISP_E_MEMBERNOTFOUND;
+    }
+    HRESULT STDMETHODCALLTYPE BlockReceived(BSTR, VARIANT_BOOL*, LONG, LONG,
+                                            VARIANT_BOOL*) override {
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE BlockSent(BSTR, LONG, LONG, VARIANT_BOOL*) override { return S_OK; }
+
+    ULONG references = 0;
+};
+
 void checkExecute(Library& library, _orvHTTPRequest& request) {
     const Text text(u"text");
+    Callback callback;
     htprExecuteError code = htprSuccess;
     const VARIANT_BOOL no = VARIANT_FALSE;
-    expect(errorOf(library, request.Execute(text, 80, text, text, text, text, text, text, 30000,
-                                            text, nullptr, no, no, no, no, text, text, no,
-                                            &code)) == kNotCarriedOut,
-           "Execute");
+    const auto execute = [&](_IHTTPRequestCallback* given) {
+        return errorOf(library,
+                       request.Execute(text, 80, text, text, text, text, text, text, 30000, text,
+                                       given, no, no, no, no, text, text, no, &code));
+    };
+    expect(execute(nullptr) == kNotCarriedOut, "Execute");
+    expect(execute(&callback) == kNotCarriedOut && callback.references == 0,
+           "Execute with a callback of the host");
 }
 
 void checkFormBuilder(Library& library) {
