@@ -26,12 +26,16 @@ constexpr std::array<std::u16string_view, kCyrillic.size()> kLetters = {
     u"i",  u"k",  u"l",  u"m",  u"n",  u"o", u"p", u"r",  u"s",  u"t",  u"u",  u"f",  u"h", u"ts",
     u"ch", u"sh", u"sh", u"'",  u"y",  u"'", u"e", u"ju", u"ja", u"jo"};
 
+constexpr std::size_t placeOf(char16_t unit) {
+    return static_cast<std::size_t>(unit - kFirst);
+}
+
 constexpr auto kTable = [] {
-    std::array<Latin, kLast - kFirst + 1> table{};
+    std::array<Latin, placeOf(kLast) + 1> table{};
     for (std::size_t i = 0; i < table.size(); ++i)
         table[i].first = static_cast<char16_t>(kFirst + i);
     for (std::size_t i = 0; i < kCyrillic.size(); ++i) {
-        Latin& latin = table[kCyrillic[i] - kFirst];
+        Latin& latin = table[placeOf(kCyrillic[i])];
         latin.first = kLetters[i][0];
         if (kLetters[i].size() == 2) latin.second = kLetters[i][1];
     }
@@ -39,7 +43,7 @@ constexpr auto kTable = [] {
 }();
 
 Latin latinOf(char16_t unit) {
-    return unit >= kFirst && unit <= kLast ? kTable[unit - kFirst] : Latin{unit};
+    return unit >= kFirst && unit <= kLast ? kTable[placeOf(unit)] : Latin{unit};
 }
 
 std::size_t lengthInLatin(WStringView text) {
