@@ -8,7 +8,6 @@
 #include "support/text.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace orvane {
 namespace {
@@ -42,8 +41,8 @@ WString EncryptPassword(WStringView text) {
     if (text.size() > kLongestText / kHiddenUnits) raise(error::kOutOfMemory);
     std::u16string hidden;
     hidden.reserve(text.size() * kHiddenUnits);
-    for (const char16_t unit : std::views::reverse(text)) {
-        hidden += twoDigits(kGreatestByte - ansiByte(unit));
+    for (auto unit = text.rbegin(); unit != text.rend(); ++unit) {
+        hidden += twoDigits(kGreatestByte - ansiByte(*unit));
         hidden += twoDigits(nqGetRnd(0, kGreatestByte));
     }
     return hidden;
