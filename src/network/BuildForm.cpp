@@ -23,8 +23,9 @@ WString BuildForm(WString& headersToUpdate, const Array<Variant>& arguments) {
     if (count % 2 != 0) return u"";
     std::u16string form;
     multipart::append(form, {u"--", multipart::kBoundary});
-    std::int32_t index = arguments.lowerBound();
-    for (std::uint32_t pair = 0; pair < count / 2; ++pair, index += 2) {
+    const std::int64_t lower = arguments.lowerBound();
+    for (std::uint32_t place = 0; place < count; place += 2) {
+        const auto index = static_cast<std::int32_t>(lower + place);
         const WString name = toText(arguments.at(index));
         const WString value = toText(arguments.at(index + 1));
         multipart::append(form, {multipart::kLineEnd, multipart::kDisposition, name, u"\"\r\n\r\n",

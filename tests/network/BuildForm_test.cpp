@@ -23,7 +23,7 @@ constexpr const char16_t* kTwoFields =
 
 /// The elements from a lower bound on.
 Array<Variant> elements(std::int32_t lower, const std::vector<Variant>& values) {
-    Array<Variant> array(lower, lower + static_cast<std::int32_t>(values.size()) - 1);
+    Array<Variant> array(lower, lower + (static_cast<std::int32_t>(values.size()) - 1));
     for (std::size_t i = 0; i < values.size(); ++i)
         array.at(lower + static_cast<std::int32_t>(i)) = values[i];
     return array;
