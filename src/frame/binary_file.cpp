@@ -19,7 +19,7 @@ struct ErrorPair {
     std::int32_t runtime;
 };
 
-// The runtime's own choices for the platform errors of file work.
+// The runtime's own choices for the platform errors of file work and of calls into libraries.
 constexpr std::array kErrorPairs = {
     ErrorPair{platform::kErrorFileNotFound, error::kFileNotFound},
     ErrorPair{platform::kErrorPathNotFound, error::kPathNotFound},
@@ -37,6 +37,8 @@ constexpr std::array kErrorPairs = {
     ErrorPair{platform::kErrorInvalidParameter, error::kInvalidArgument},
     ErrorPair{platform::kErrorDiskFull, error::kDiskFull},
     ErrorPair{platform::kErrorInvalidName, error::kBadFileNumber},
+    ErrorPair{platform::kErrorModuleNotFound, error::kFileNotFound},
+    ErrorPair{platform::kErrorProcedureNotFound, error::kEntryPointNotFound},
     ErrorPair{161, error::kPathNotFound},  // malformed path
     ErrorPair{platform::kErrorAlreadyExists, error::kFileExists},
     ErrorPair{206, error::kBadFileNumber},  // name or path too long

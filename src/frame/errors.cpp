@@ -46,6 +46,7 @@ constexpr std::array kStandardTexts = {
     StandardText{error::kWrongNumberOfArguments,
                  u"Wrong number of arguments or invalid property assignment"},
     StandardText{error::kNotACollection, u"Object is not a collection"},
+    StandardText{error::kEntryPointNotFound, u"Can't find DLL entry point"},
     StandardText{error::kKeyAlreadyUsed,
                  u"This key is already associated with an element of this collection"},
     StandardText{error::kInvalidPicture, u"Invalid picture"},

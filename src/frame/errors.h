@@ -43,6 +43,7 @@ inline constexpr std::int32_t kNamedArgumentNotFound = 448;
 inline constexpr std::int32_t kArgumentNotOptional = 449;
 inline constexpr std::int32_t kWrongNumberOfArguments = 450;
 inline constexpr std::int32_t kNotACollection = 451;
+inline constexpr std::int32_t kEntryPointNotFound = 453;
 inline constexpr std::int32_t kKeyAlreadyUsed = 457;
 inline constexpr std::int32_t kInvalidPicture = 481;
 /// The runtime's object-error base.

@@ -48,6 +48,7 @@ inline constexpr std::uint32_t kErrorDiskFull = 112;
 inline constexpr std::uint32_t kErrorInsufficientBuffer = 122;
 inline constexpr std::uint32_t kErrorInvalidName = 123;
 inline constexpr std::uint32_t kErrorModuleNotFound = 126;
+inline constexpr std::uint32_t kErrorProcedureNotFound = 127;
 inline constexpr std::uint32_t kErrorAlreadyExists = 183;
 
 }  // namespace orvane::platform

@@ -109,6 +109,20 @@ struct Kernel32 {
         "kernel32", "GetModuleFileNameA", {}, kErrorModuleNotFound};
     Operation<ModuleHandle(const std::string& moduleName)> GetModuleHandleA{
         "kernel32", "GetModuleHandleA", ModuleHandle::none, kErrorModuleNotFound};
+    /// The module that holds the code or data at `address`; nothing to give back.
+    Operation<ModuleHandle(const void* address)> GetModuleHandleExA{
+        "kernel32", "GetModuleHandleExA", ModuleHandle::none, kErrorModuleNotFound};
+    /// Loads a library by its full name, or by a bare one along the system's own search path, where
+    /// one that the process has loaded already comes first.
+    Operation<ModuleHandle(const std::string& fileName)> LoadLibraryA{
+        "kernel32",
+        "LoadLibraryA",
+        ModuleHandle::none,
+        kErrorModuleNotFound,
+        {"library", Holding::kResult}};
+    /// Gives back what `LoadLibraryA` gave; the library stays while others hold it.
+    Operation<bool(ModuleHandle library)> FreeLibrary{
+        "kernel32", "FreeLibrary", false, kErrorInvalidHandle, {"library", Holding::kNothing, 0}};
     Operation<std::string()> GetComputerNameA{
         "kernel32", "GetComputerNameA", {}, kErrorInvalidFunction};
     Operation<bool(MemoryStatus& status)> GlobalMemoryStatusEx{"kernel32", "GlobalMemoryStatusEx",
@@ -151,10 +165,11 @@ struct Kernel32 {
                 CreateMutexA, CloseMutexHandle, GetCurrentThreadId, DeleteFileA, GetFileAttributesA,
                 CreateDirectoryA, GetTempPathA, GetTempFileNameA, GetFullPathNameA,
                 GetLongPathNameA, GetCommandLineW, GetModuleFileNameA, GetModuleHandleA,
-                GetComputerNameA, GlobalMemoryStatusEx, GetVersionExA, FormatMessageA,
-                OutputDebugStringA, GetTickCount, QueryPerformanceCounter,
-                QueryPerformanceFrequency, GetSystemTimeAsFileTime, TlsAlloc, TlsFree, TlsGetValue,
-                TlsSetValue, VirtualAlloc, VirtualFree);
+                GetModuleHandleExA, LoadLibraryA, FreeLibrary, GetComputerNameA,
+                GlobalMemoryStatusEx, GetVersionExA, FormatMessageA, OutputDebugStringA,
+                GetTickCount, QueryPerformanceCounter, QueryPerformanceFrequency,
+                GetSystemTimeAsFileTime, TlsAlloc, TlsFree, TlsGetValue, TlsSetValue, VirtualAlloc,
+                VirtualFree);
     }
 };
 extern Kernel32 kernel32;

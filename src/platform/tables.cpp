@@ -12,6 +12,7 @@ static_assert(visitsEveryMember<Oleaut32>());
 static_assert(visitsEveryMember<Winmm>());
 static_assert(visitsEveryMember<Shlwapi>());
 static_assert(visitsEveryMember<RegistryTransactions>());
+static_assert(visitsEveryMember<Zlib>());
 static_assert(visitsEveryMember<HostRuntime>());
 
 std::vector<OperationBase*> allOperations() {

@@ -9,6 +9,7 @@
 #include "platform/shlwapi.h"
 #include "platform/user32.h"
 #include "platform/winmm.h"
+#include "platform/zlib.h"
 
 namespace orvane::platform {
 
@@ -26,6 +27,7 @@ void forEachTable(Action&& action) {
     action(winmm);
     action(shlwapi);
     action(registryTransactions);
+    action(zlib);
     action(hostRuntime);
 }
 

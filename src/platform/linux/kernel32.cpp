@@ -25,6 +25,9 @@ constexpr Kernel32 boundTable() {
     table.GetCommandLineW.bind<&commandLine>();
     table.GetModuleFileNameA.bind<&moduleFileName>();
     table.GetModuleHandleA.bind<&moduleHandle>();
+    table.GetModuleHandleExA.bind<&moduleOf>();
+    table.LoadLibraryA.bind<&loadLibrary>();
+    table.FreeLibrary.bind<&freeLibrary>();
     table.GetComputerNameA.bind<&computerName>();
     table.GlobalMemoryStatusEx.bind<&memoryStatus>();
     table.GetVersionExA.bind<&systemVersion>();

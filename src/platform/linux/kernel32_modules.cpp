@@ -1,11 +1,14 @@
 #include "platform/linux/errors.h"
 #include "platform/linux/handle_table.h"
 #include "platform/linux/kernel32_parts.h"
+#include "platform/linux/libraries.h"
 #include "platform/linux/loaded_modules.h"
 #include "platform/linux/names.h"
 
 #include <algorithm>
 #include <cstdlib>
+#include <dlfcn.h>
+#include <link.h>
 #include <memory>
 #include <mutex>
 #include <string_view>
@@ -14,8 +17,12 @@ namespace orvane::platform {
 
 namespace {
 
-/// A module that was asked for by name. The network library's message table has no file of its own
-/// here; it lies in this library.
+struct CloseLibrary {
+    void operator()(void* library) const { ::dlclose(library); }
+};
+
+/// A module that was asked for or loaded. The network library's message table has no file of its
+/// own here; it lies in this library.
 struct Module {
     using Handle = ModuleHandle;
     static constexpr HandleKind kKind = HandleKind::module;
@@ -23,10 +30,12 @@ struct Module {
     std::string path;
     std::uintptr_t base = 0;
     bool networkMessages = false;
+    std::shared_ptr<void> library{};  ///< what `loadLibrary` opened, closed with the handle
 };
 
-/// Handles that were given out: asking for a module again gives the same one. There is no call that
-/// closes them, and a process loads few modules.
+/// Handles of modules that were asked for: asking again gives the same one. There is no call that
+/// closes them, and a process loads few modules. A library that was loaded has a handle of its own
+/// each time.
 struct GivenOut {
     std::string path;
     std::uintptr_t base;
@@ -54,6 +63,16 @@ bool isCalled(const LoadedModule& module, const std::string& wanted) {
                                       ? lastName(module.path)
                                       : std::string_view(module.path);
     return !have.empty() && (have == wanted || have == wanted + ".so");
+}
+
+/// The module of an entry in the system's own list; without a path when it is gone.
+Module moduleAt(const link_map& entry) {
+    for (const LoadedModule& module : loadedModules()) {
+        if (module.base == static_cast<std::uintptr_t>(entry.l_addr)) {
+            return {module.path, module.base};
+        }
+    }
+    return {};
 }
 
 ModuleHandle handleOf(const Module& module) {
@@ -84,6 +103,47 @@ ModuleHandle moduleHandle(const std::string& moduleName) {
         }
     }
     return failWith(kErrorModuleNotFound, ModuleHandle::none);
+}
+
+ModuleHandle moduleOf(const void* address) {
+    Dl_info info{};
+    void* map = nullptr;
+    if (::dladdr1(address, &info, &map, RTLD_DL_LINKMAP) != 0 && map != nullptr) {
+        const Module module = moduleAt(*static_cast<const link_map*>(map));
+        if (!module.path.empty()) {
+            return handleOf(module);
+        }
+    }
+    return failWith(kErrorModuleNotFound, ModuleHandle::none);
+}
+
+ModuleHandle loadLibrary(const std::string& fileName) {
+    if (fileName.find('\0') != std::string::npos) {
+        return failWith(kErrorInvalidName, ModuleHandle::none);
+    }
+    void* library = openLibrary(systemName(fileName));
+    if (library == nullptr) {
+        return failWith(kErrorModuleNotFound, ModuleHandle::none);
+    }
+    const std::shared_ptr<void> held(library, CloseLibrary());
+    link_map* map = nullptr;
+    Module module;
+    if (::dlinfo(library, RTLD_DI_LINKMAP, &map) == 0) {
+        module = moduleAt(*map);
+    }
+    module.library = held;
+    return addHandle(std::make_shared<Module>(std::move(module)));
+}
+
+bool freeLibrary(ModuleHandle handle) {
+    const auto module = findObject<Module>(handle);
+    if (module == nullptr) {
+        return false;
+    }
+    if (module->library == nullptr) {
+        return failWith(kErrorInvalidHandle, false);
+    }
+    return removeHandle<Module>(handle) != nullptr;
 }
 
 std::string moduleFileName(ModuleHandle handle) {

@@ -29,6 +29,9 @@ std::string longPathName(const std::string& name);
 // kernel32_modules.cpp
 std::string moduleFileName(ModuleHandle module);
 ModuleHandle moduleHandle(const std::string& moduleName);
+ModuleHandle moduleOf(const void* address);
+ModuleHandle loadLibrary(const std::string& fileName);
+bool freeLibrary(ModuleHandle library);
 /// True when `module` is the one that stands for the network library's message table.
 bool isNetworkMessages(ModuleHandle module);
 

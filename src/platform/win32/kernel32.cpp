@@ -29,6 +29,25 @@ ModuleHandle getModuleHandle(const std::string& moduleName) {
     return ownHandle<ModuleHandle>(::GetModuleHandleA(moduleName.c_str()));
 }
 
+ModuleHandle getModuleOf(const void* address) {
+    HMODULE module = nullptr;
+    const DWORD flags =
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    if (!::GetModuleHandleExA(flags, static_cast<const char*>(address), &module)) {
+        return ModuleHandle::none;
+    }
+    return ownHandle<ModuleHandle>(module);
+}
+
+ModuleHandle loadLibrary(const std::string& fileName) {
+    if (!crosses(fileName)) return ModuleHandle::none;
+    return ownHandle<ModuleHandle>(::LoadLibraryA(fileName.c_str()));
+}
+
+bool freeLibrary(ModuleHandle library) {
+    return ::FreeLibrary(systemHandle<HMODULE>(library)) != 0;
+}
+
 void* allocatePages(std::size_t size) {
     return ::VirtualAlloc(nullptr, size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
 }
@@ -133,6 +152,9 @@ constexpr Kernel32 bound() {
     table.GetCommandLineW.bind<getCommandLine>();
     table.GetModuleFileNameA.bind<getModuleFileName>();
     table.GetModuleHandleA.bind<getModuleHandle>();
+    table.GetModuleHandleExA.bind<getModuleOf>();
+    table.LoadLibraryA.bind<loadLibrary>();
+    table.FreeLibrary.bind<freeLibrary>();
     table.GetComputerNameA.bind<getComputerName>();
     table.GlobalMemoryStatusEx.bind<globalMemoryStatus>();
     table.GetVersionExA.bind<getVersion>();
