@@ -16,6 +16,8 @@ namespace orvane {
 
 /// Text to the system ANSI code page, one byte for each unit.
 std::string toAnsi(WStringView text);
+/// The same into bytes that lie ready; what has no room there is left out.
+void toAnsi(WStringView text, std::span<std::uint8_t> bytes);
 /// Bytes of the system ANSI code page to text, one unit for each byte. A view without data gives a
 /// null string.
 WString fromAnsi(std::string_view bytes);

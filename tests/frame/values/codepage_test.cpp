@@ -58,6 +58,51 @@ TEST(AnsiCodePage, KeepsNullAndEmptyApart) {
 }
 
 #ifndef _WIN32
+TEST(AnsiCodePage, TextsOfEveryLengthComeBackWhateverStandsWhere) {
+    // Runs of ASCII of every length, broken by other bytes at every place of a block.
+    for (std::size_t length = 0; length < 70; ++length) {
+        for (std::size_t place = 0; place <= length; ++place) {
+            std::string bytes(length, 'a');
+            if (place < length) bytes[place] = '\xC0';
+            const WString text = fromAnsi(bytes);
+            ASSERT_EQ(text.size(), length);
+            for (std::size_t i = 0; i < length; ++i)
+                ASSERT_EQ(text[i], ansiUnit(static_cast<std::uint8_t>(bytes[i])));
+            ASSERT_EQ(toAnsi(text), bytes);
+        }
+    }
+}
+
+TEST(AnsiCodePage, LongTextsComeBack) {
+    std::string bytes;
+    for (std::size_t i = 0; i < 20000; ++i)
+        bytes += static_cast<char>(i % 100 < 80 ? 'a' + i % 26 : i);
+    const WString text = fromAnsi(bytes);
+    ASSERT_EQ(text.size(), bytes.size());
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        ASSERT_EQ(text[i], ansiUnit(static_cast<std::uint8_t>(bytes[i]))) << i;
+    EXPECT_EQ(toAnsi(text), bytes);
+}
+
+TEST(AnsiCodePage, UnitsAbove127AreNeverTakenForAscii) {
+    for (std::uint32_t unit = 0x80; unit < 0x10000; unit += 0x3F) {
+        std::u16string text(32, u'a');
+        text[9] = static_cast<char16_t>(unit);
+        std::string expected(32, 'a');
+        expected[9] = static_cast<char>(ansiByte(text[9]));
+        ASSERT_EQ(toAnsi(text), expected) << unit;
+    }
+}
+
+TEST(AnsiCodePage, BytesThatLieReadyTakeWhatFits) {
+    std::vector<std::uint8_t> bytes(4, 'x');
+    toAnsi(u"ab", std::span(bytes).first(3));
+    EXPECT_EQ(std::string(bytes.begin(), bytes.end()), "abxx");
+    toAnsi(u"abcdef", bytes);
+    EXPECT_EQ(std::string(bytes.begin(), bytes.end()), "abcd");
+    toAnsi(u"abcdef", std::span<std::uint8_t>());
+}
+
 TEST(AnsiCodePage, IsCyrillicOnLinux) {
     EXPECT_EQ(ansiUnit(0xC0), 0x0410);
     EXPECT_EQ(toAnsi(u"Ящик"), "\xDF\xF9\xE8\xEA");
