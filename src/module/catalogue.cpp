@@ -4,6 +4,7 @@
 #include "network/HTTPFormBuilder.h"
 #include "network/IHTTPRequestCallback.h"
 #include "network/ProxySettings.h"
+#include "network/orvGZipArchive.h"
 #include "network/orvHTTPRequest.h"
 #include "pictures/PictureInfo.h"
 #include "settings/orvRegistry.h"
@@ -28,11 +29,13 @@ const LibraryTable& libraryTable() {
             {&orvMain::table(), &orvAlone::table(), &orvBenchMark::table(), &orvRegistry::table(),
              &PictureInfo::table(), &orvBenchMarkHP::table(), &CommandLineParser::table(),
              &IHTTPRequestCallback::table(), &orvHTTPRequest::table(), &HTTPFormBuilder::table(),
-             &ProxySettings::table(), &orvStringBuffer::table(), &orvSort::table()},
+             &ProxySettings::table(), &orvStringBuffer::table(), &orvGZipArchive::table(),
+             &orvSort::table()},
             {&enumTable(orvPictureTypeEx{}), &enumTable(AddAutoCompleteFlags{}),
              &enumTable(RegistryRoot_Const{}), &enumTable(RegistryType_Const{}),
              &enumTable(htprExecuteError{}), &enumTable(htfbTransferEncoding{}),
-             &enumTable(psAccessType{})},
+             &enumTable(psAccessType{}), &enumTable(gzArchiveFlags{}), &enumTable(gzArchiveOS{}),
+             &enumTable(gzUncompressErrors{})},
             {3, 1, 0, 251},
             u"3.01.0251",
             "OrvBase0301"};

@@ -70,6 +70,10 @@ const Row kRows[] = {
      kCreatable,
      {0x0F9D5C46, 0x4A0A, 0x4E77, {0x88, 0x48, 0xE9, 0x7B, 0xD1, 0xF0, 0xB2, 0x58}},
      {0x7DEC580F, 0xCFCB, 0x45CE, {0xBC, 0x22, 0xCF, 0x0C, 0x7E, 0xC4, 0x20, 0x4D}}},
+    {u"orvGZipArchive",
+     kCreatable,
+     {0x83B21852, 0x51FB, 0x45B7, {0x94, 0x94, 0x85, 0x62, 0x88, 0x90, 0xAB, 0x76}},
+     {0xB3D796D6, 0x852D, 0x41E9, {0x9E, 0xBE, 0x72, 0xE5, 0x96, 0x41, 0xEB, 0x4A}}},
     {u"orvSort",
      kGlobal,
      {0x14926308, 0xCBA8, 0x484C, {0x81, 0x1F, 0x6B, 0xF9, 0x7E, 0x28, 0x2B, 0x72}},
@@ -117,11 +121,11 @@ TEST(Catalogue, TypeLibraryHasTheClassesInTheirOrderAndNoOther) {
         ASSERT_EQ(types->GetTypeInfo(i, info.receive()), S_OK);
         if (attributesOf(*info).typekind == TKIND_COCLASS) names.push_back(nameOf(*info));
     }
-    EXPECT_THAT(names,
-                testing::ElementsAre(u"orvMain", u"orvAlone", u"orvBenchMark", u"orvRegistry",
-                                     u"PictureInfo", u"orvBenchMarkHP", u"CommandLineParser",
-                                     u"IHTTPRequestCallback", u"orvHTTPRequest", u"HTTPFormBuilder",
-                                     u"ProxySettings", u"orvStringBuffer", u"orvSort"));
+    EXPECT_THAT(names, testing::ElementsAre(u"orvMain", u"orvAlone", u"orvBenchMark",
+                                            u"orvRegistry", u"PictureInfo", u"orvBenchMarkHP",
+                                            u"CommandLineParser", u"IHTTPRequestCallback",
+                                            u"orvHTTPRequest", u"HTTPFormBuilder", u"ProxySettings",
+                                            u"orvStringBuffer", u"orvGZipArchive", u"orvSort"));
 }
 
 TEST(Catalogue, FactoriesMakeWhatHostsMayCreateAndRefuseTheRest) {
