@@ -20,7 +20,7 @@ class Usage(ToolCase):
         status, output, errors = self.run_tool('--help')
         self.assertEqual((status, errors), (0, ''))
         for text in ('orvane args', 'picture info [--json] FILES', 'picture convert IN OUT',
-                     'Exit status'):
+                     'gzip info [--json] FILES', 'gzip cat FILE', 'Exit status'):
             self.assertIn(text, output)
 
     def test_the_version_is_the_librarys(self):
@@ -32,6 +32,7 @@ class Usage(ToolCase):
     def test_unknown_commands_are_bad_usage(self):
         self.assertIn('paint', self.assert_bad_usage('paint'))
         self.assertIn('paint', self.assert_bad_usage('picture', 'paint'))
+        self.assertIn('paint', self.assert_bad_usage('gzip', 'paint'))
         self.assert_bad_usage('--json')
 
     def test_help_and_version_stand_alone(self):
@@ -41,13 +42,17 @@ class Usage(ToolCase):
     def test_missing_words_are_bad_usage(self):
         for words in (['picture'], ['picture', 'info'], ['picture', 'info', '--json'],
                       ['picture', 'info', '--'], ['picture', 'convert'],
-                      ['picture', 'convert', 'a.tga'], ['picture', 'convert', 'a', 'b.bmp', 'c']):
+                      ['picture', 'convert', 'a.tga'], ['picture', 'convert', 'a', 'b.bmp', 'c'],
+                      ['gzip'], ['gzip', 'info'], ['gzip', 'info', '--json'], ['gzip', 'cat'],
+                      ['gzip', 'cat', 'a.gz', 'b.gz']):
             with self.subTest(words):
                 self.assert_bad_usage(*words)
 
     def test_unknown_options_are_bad_usage(self):
         self.assertIn('--yaml', self.assert_bad_usage('picture', 'info', '--yaml', 'a.tga'))
         self.assertIn('-v', self.assert_bad_usage('picture', 'info', '-v', 'a.tga'))
+        self.assertIn('-v', self.assert_bad_usage('gzip', 'info', '-v', 'a.gz'))
+        self.assertIn('--json', self.assert_bad_usage('gzip', 'cat', '--json', 'a.gz'))
 
     def test_another_extension_is_bad_usage(self):
         for name in ('b.png', 'b', '.ppm', 'ppm', ''):

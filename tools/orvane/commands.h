@@ -35,4 +35,11 @@ int runPictureInfo(Words words);
 /// extension.
 int runPictureConvert(Words words);
 
+/// `orvane gzip info [--json] FILES...`: a line for each gzip file with its header and sizes, or
+/// with the reason why it can't be read.
+int runGzipInfo(Words words);
+
+/// `orvane gzip cat FILE`: writes the data of a gzip file to the standard output.
+int runGzipCat(Words words);
+
 }  // namespace orvane::tool

@@ -99,6 +99,10 @@ LoadedPicture Library::loadPicture(const std::string& file) {
     });
 }
 
+GzipFacts Library::uncompress(std::string_view bytes) {
+    return calling([&] { return readGzip(host_, bytes); });
+}
+
 LibraryFacts Library::describe(const std::string& classWithMembers) {
     return calling([&] {
         host::Pointer<ITypeInfo> info;

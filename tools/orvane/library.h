@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gzip_reader.h"
 #include "type_library.h"
 
 #include "orvane/host.h"
@@ -48,6 +49,9 @@ public:
     std::vector<std::string> commandLine();
 
     LoadedPicture loadPicture(const std::string& file);
+
+    /// What the gzip reader makes of a file's bytes.
+    GzipFacts uncompress(std::string_view bytes);
 
     /// The classes, and the members of the one with this name.
     LibraryFacts describe(const std::string& classWithMembers);

@@ -16,6 +16,8 @@ constexpr const char* kUsage = "usage: orvane args [WORDS...]\n"
                                "       orvane describe [CLASS]\n"
                                "       orvane picture info [--json] FILES...\n"
                                "       orvane picture convert IN OUT\n"
+                               "       orvane gzip info [--json] FILES...\n"
+                               "       orvane gzip cat FILE\n"
                                "       orvane --help\n"
                                "       orvane --version\n";
 
@@ -28,6 +30,9 @@ constexpr const char* kHelp =
     "                 --json one object a line: file, type, typeName, width, height,\n"
     "                 bpp, or file and error (number, description)\n"
     "picture convert  writes a picture as .bmp or .ppm, by the extension of OUT\n"
+    "gzip info        sizes and header of each gzip file, or the code and text with\n"
+    "                 which the library refuses it; --json as above\n"
+    "gzip cat         the data of a gzip file\n"
     "\n"
     "Exit status: 0, 1 when a file failed, 2 for a wrong command line. When nobody\n"
     "reads the output any more the tool ends quietly (on Linux by SIGPIPE, for a\n"
@@ -45,11 +50,19 @@ int runPicture(Words words) {
     throw UsageError("picture: unknown command " + words[0]);
 }
 
+int runGzip(Words words) {
+    if (words.empty()) throw UsageError("gzip: no command");
+    if (words[0] == "info") return runGzipInfo(words.subspan(1));
+    if (words[0] == "cat") return runGzipCat(words.subspan(1));
+    throw UsageError("gzip: unknown command " + words[0]);
+}
+
 int run(Words words) {
     if (words.empty()) throw UsageError("no command");
     if (words[0] == "args") return runArgs();
     if (words[0] == "describe") return runDescribe(words.subspan(1));
     if (words[0] == "picture") return runPicture(words.subspan(1));
+    if (words[0] == "gzip") return runGzip(words.subspan(1));
     const bool isHelp = words[0] == "--help" || words[0] == "-h";
     if (!isHelp && words[0] != "--version") throw UsageError("unknown command " + words[0]);
     if (words.size() > 1) throw UsageError(words[0] + " stands alone");

@@ -1,6 +1,7 @@
 #include "commands.h"
 #include "json.h"
 #include "library.h"
+#include "options.h"
 #include "progress.h"
 #include "system.h"
 #include "utf8.h"
@@ -50,23 +51,10 @@ std::string lineAbout(Library& library, const std::string& file, bool json, bool
     }
 }
 
-/// Takes the options off the words; true for `--json`.
-bool takeOptions(Words& words) {
-    bool json = false;
-    while (!words.empty() && words.front().starts_with("-") && words.front() != "-") {
-        const std::string& option = words.front();
-        words = words.subspan(1);
-        if (option == "--") break;
-        if (option != "--json") throw UsageError("unknown option " + option);
-        json = true;
-    }
-    return json;
-}
-
 }  // namespace
 
 int runPictureInfo(Words words) {
-    const bool json = takeOptions(words);
+    const bool json = takeOptions(words, "--json");
     if (words.empty()) throw UsageError("picture info: no files");
     Library library;
     Progress progress(words.size());

@@ -58,6 +58,9 @@ private:
     int descriptor_ = -1;
 };
 
+/// The bytes of a file. Throws Failure: the name, a colon and a blank, and why it can't be read.
+std::string readFile(const std::string& name);
+
 /// Writes a file under a name of its own beside `name` and renames it when it is complete. A file
 /// or link of that name is replaced, anything else of that name is left alone. Throws Failure and
 /// leaves nothing behind.

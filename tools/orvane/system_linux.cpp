@@ -134,6 +134,25 @@ LibraryName::~LibraryName() {
     if (descriptor_ >= 0) ::close(descriptor_);
 }
 
+std::string readFile(const std::string& name) {
+    const int descriptor = ::open(name.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) fail(name, errno);
+    std::string bytes;
+    int error = 0;
+    for (;;) {
+        constexpr std::size_t kStep = 1u << 20;
+        const std::size_t size = bytes.size();
+        bytes.resize(size + kStep);
+        const ssize_t count = ::read(descriptor, bytes.data() + size, kStep);
+        error = count < 0 ? errno : 0;
+        bytes.resize(size + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        if (count == 0 || (error != 0 && error != EINTR)) break;
+    }
+    ::close(descriptor);
+    if (error != 0) fail(name, error);
+    return bytes;
+}
+
 void replaceFile(const std::string& name, std::span<const std::uint8_t> content) {
     struct stat facts {};
     if (::lstat(name.c_str(), &facts) == 0 && !S_ISREG(facts.st_mode) && !S_ISLNK(facts.st_mode)) {

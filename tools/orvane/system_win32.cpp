@@ -200,6 +200,28 @@ LibraryName::LibraryName(const std::string& name) : text_(toUtf16(name)) {
 
 LibraryName::~LibraryName() = default;
 
+std::string readFile(const std::string& name) {
+    const HANDLE file =
+        CreateFileW(wide(name).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) fail(name, GetLastError());
+    std::string bytes;
+    DWORD error = ERROR_SUCCESS;
+    for (DWORD count = 1; count > 0;) {
+        constexpr DWORD kStep = 1u << 20;
+        const std::size_t size = bytes.size();
+        bytes.resize(size + kStep);
+        if (ReadFile(file, bytes.data() + size, kStep, &count, nullptr) == 0) {
+            error = GetLastError();
+            count = 0;
+        }
+        bytes.resize(size + count);
+    }
+    CloseHandle(file);
+    if (error != ERROR_SUCCESS) fail(name, error);
+    return bytes;
+}
+
 void replaceFile(const std::string& name, std::span<const std::uint8_t> content) {
     const std::wstring path = wide(name);
     const DWORD attributes = GetFileAttributesW(path.c_str());
