@@ -24,6 +24,7 @@ std::int32_t errorOf(Library& library, HRESULT status);
 VARIANT leftOut();
 VARIANT longValue(LONG value);
 
+void checkGZip(Library& library);
 void checkMain(Library& library);
 void checkNetwork(Library& library);
 void checkUtilities(Library& library);

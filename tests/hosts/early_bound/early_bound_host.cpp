@@ -54,6 +54,7 @@ int main(int count, char** arguments) {
     try {
         Library library(count > 1 ? arguments[1] : "");
         checkMain(library);
+        checkGZip(library);
         checkNetwork(library);
         checkUtilities(library);
         library.endThread();
