@@ -159,6 +159,71 @@ def bitmap(bits):
                         len(palette), 0) + table + pixels)
 
 
+# --- PCX ---------------------------------------------------------------------------------------
+
+
+def pcx_line(values):
+    """The run-length code of one line: runs of two and more, and of bytes that look like runs."""
+    out, at = bytearray(), 0
+    while at < len(values):
+        run = 1
+        while run < 63 and at + run < len(values) and values[at + run] == values[at]:
+            run += 1
+        if run > 1 or values[at] >= 0xC0:
+            out.append(0xC0 | run)
+        out.append(values[at])
+        at += run
+    return bytes(out)
+
+
+def pcx(planes):
+    """One plane of palette indices with the palette at the end, or red, green and blue lines."""
+    header = struct.pack("<BBBBHHHHHH48xBBHH58x", 10, 5, 1, 8, 0, 0, WIDTH - 1, HEIGHT - 1, 72, 72,
+                         0, planes, WIDTH, 1)
+    if planes == 3:
+        rows = [[pixel[plane] for pixel in row] for row in PICTURE for plane in range(3)]
+        return header + b"".join(pcx_line(row) for row in rows)
+    palette = palette_of(256)
+    rows = b"".join(pcx_line(row) for row in indexed(palette))
+    return header + rows + b"\x0c" + b"".join(bytes(colour) for colour in palette)
+
+
+# --- Photoshop ---------------------------------------------------------------------------------
+
+
+def packed_bits(values):
+    """PackBits: runs of three and more, everything else as it is."""
+    out, at = bytearray(), 0
+    while at < len(values):
+        run = 1
+        while run < 128 and at + run < len(values) and values[at + run] == values[at]:
+            run += 1
+        if run > 2:
+            out += bytes((257 - run, values[at]))
+            at += run
+            continue
+        end = at + 1
+        while end < min(at + 128, len(values)) and values[end:end + 3] != [values[end]] * 3:
+            end += 1
+        out += bytes((end - at - 1,)) + bytes(values[at:end])
+        at = end
+    return bytes(out)
+
+
+def psd(packed, alpha):
+    """A merged image without layers, a plane for each channel."""
+    channels = 4 if alpha else 3
+    planes = [[[pixel[plane] for pixel in row] for row in PICTURE] for plane in range(3)]
+    if alpha:
+        planes.append([[255] * WIDTH] * HEIGHT)
+    header = struct.pack(">4sH6xHIIHHIIIH", b"8BPS", 1, channels, HEIGHT, WIDTH, 8, 3, 0, 0, 0,
+                         int(packed))
+    if not packed:
+        return header + b"".join(bytes(row) for plane in planes for row in plane)
+    rows = [packed_bits(row) for plane in planes for row in plane]
+    return header + struct.pack(f">{len(rows)}H", *map(len, rows)) + b"".join(rows)
+
+
 # --- GIF ---------------------------------------------------------------------------------------
 
 
@@ -352,6 +417,10 @@ def pictures():
         "sunset-8.bmp": bitmap(8),
         "sunset-24.bmp": bitmap(24),
         "sunset.gif": gif(),
+        "sunset-8.pcx": pcx(1),
+        "sunset-24.pcx": pcx(3),
+        "sunset.psd": psd(packed=True, alpha=False),
+        "sunset-raw-alpha.psd": psd(packed=False, alpha=True),
         "sun.ico": icon_file(1, [disc(32), disc(16)]),
         "arrow.cur": icon_file(2, [arrow(32)]),
         "star.wmf": wmf(),

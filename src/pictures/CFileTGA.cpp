@@ -3,6 +3,7 @@
 #include "frame/arithmetic.h"
 #include "frame/values/conversions.h"
 #include "pictures/TargaPixels.h"
+#include "pictures/decoding.h"
 #include "pictures/modBitmapWorks.h"
 
 #include <array>
@@ -116,33 +117,15 @@ bool decode(BinaryFile& file, DecodedImage& image) {
 }  // namespace
 
 bool CFileTGA::Verify(WStringView fileName) {
-    bool wanted = false;
-    ErrorTrap trap;
-    trap([&] {
-        BinaryFile file(fileName, FileMode::read);
-        wanted = isTrueColor(readHeader(file));
-    });
-    return wanted;
+    return tryReading(fileName, [](BinaryFile& file) { return isTrueColor(readHeader(file)); });
 }
 
 bool CFileTGA::ReadTGA(WStringView fileName, DecodedImage& image) {
-    bool success = false;
-    ErrorTrap trap;
-    trap([&] {
-        BinaryFile file(fileName, FileMode::read);
-        success = decode(file, image);
-    });
-    return success;
+    return tryReading(fileName, [&image](BinaryFile& file) { return decode(file, image); });
 }
 
 Picture CFileTGA::LoadPicture(WStringView fileName, const Ref<PictureInfo>& info) {
-    if (info) info->ResetInfo();
-    if (!Verify(fileName)) return nullptr;
-    DecodedImage image;
-    if (!ReadTGA(fileName, image)) return nullptr;
-    Picture picture = CreatePictureFromImage(image);
-    if (info) info->SetInfo(image, orvPictureTypeEx::orvPteTGA);
-    return picture;
+    return loadDecoded(*this, &ReadTGA, orvPictureTypeEx::orvPteTGA, fileName, info);
 }
 
 }  // namespace orvane

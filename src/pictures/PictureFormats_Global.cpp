@@ -2,6 +2,8 @@
 
 #include "frame/automation/apartment.h"
 #include "pictures/CFileCommon.h"
+#include "pictures/CFilePCX.h"
+#include "pictures/CFilePSD.h"
 #include "pictures/CFileTGA.h"
 
 namespace orvane {
@@ -18,6 +20,8 @@ void ensure(std::unique_ptr<IFileFormat>& reader) {
 
 PictureFormats& EnsureFormats() {
     PictureFormats& formats = pictureFormats.get();
+    ensure<CFilePSD>(formats.psd);
+    ensure<CFilePCX>(formats.pcx);
     ensure<CFileTGA>(formats.tga);
     ensure<CFileCommon>(formats.common);
     return formats;

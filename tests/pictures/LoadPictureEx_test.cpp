@@ -189,10 +189,12 @@ TEST_F(LoadPicture, AsksTheHostsLoaderBeforeItsOwnReaders) {
     LoadPictureEx(name, info_);
     const std::string quoted = platform::described(toAnsi(name));
     const std::string opened = "CreateFileA(" + quoted + ", *";
-    // The Targa reader looks at the file for the chain, for itself, and to read it.
+    // The readers of documents and of PCX files look at it, then the Targa reader does so for the
+    // chain, for itself, and to read it.
     EXPECT_TRUE(recorder.saw({"GetFileAttributesA(" + quoted + ") -> *",
                               "LoadPicture(" + quoted + ", null) -> 481", opened, "CloseHandle(*",
-                              opened, "CloseHandle(*", opened, "CloseHandle(*"}));
+                              opened, "CloseHandle(*", opened, "CloseHandle(*", opened,
+                              "CloseHandle(*", opened, "CloseHandle(*"}));
     EXPECT_EQ(recorder.leftOpen(), std::vector<std::string>());
 }
 

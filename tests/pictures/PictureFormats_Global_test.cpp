@@ -2,6 +2,8 @@
 
 #include "frame/automation/host_picture.h"
 #include "pictures/CFileCommon.h"
+#include "pictures/CFilePCX.h"
+#include "pictures/CFilePSD.h"
 #include "pictures/CFileTGA.h"
 #include "support/raised_error.h"
 
@@ -147,7 +149,11 @@ TEST_F(ReaderChain, KeepsReadersThatAreThere) {
 }
 
 TEST_F(ReaderChain, CreatesOnlyReadersThatAreMissing) {
+    EnsureFormats().psd.reset();
+    EnsureFormats().pcx.reset();
     EnsureFormats().tga.reset();
+    EXPECT_NE(dynamic_cast<CFilePSD*>(EnsureFormats().psd.get()), nullptr);
+    EXPECT_NE(dynamic_cast<CFilePCX*>(EnsureFormats().pcx.get()), nullptr);
     EXPECT_NE(dynamic_cast<CFileTGA*>(EnsureFormats().tga.get()), nullptr);
     EXPECT_EQ(EnsureFormats().common.get(), common_);
 }
@@ -175,7 +181,7 @@ TEST(EnsureFormats, TheReadersGoWithTheApartmentsLastObject) {
     auto keepsTheApartment = make<PictureInfo>();
     EnsureFormats().psd = std::make_unique<FakeReader>("PSD", log);
     keepsTheApartment = nullptr;
-    EXPECT_EQ(EnsureFormats().psd, nullptr);
+    EXPECT_NE(dynamic_cast<const CFilePSD*>(EnsureFormats().psd.get()), nullptr);
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 #include "frame/values/codepage.h"
 #include "pictures/LoadPictureEx.h"
+#include "pictures/decoded_pcx.h"
+#include "pictures/decoded_psd.h"
 #include "pictures/decoded_targa.h"
+#include "pictures/drawn_reference.h"
 #include "pictures/picture_pixels.h"
 #include "pictures/raised_failure.h"
 
@@ -11,6 +14,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <ostream>
 
 /// Files that other programs made, from beside the checkout.
 namespace orvane {
@@ -20,18 +24,36 @@ namespace fs = std::filesystem;
 
 using test::Bytes;
 
-fs::path corpus() {
+/// One of the library's own decoders, and the folder of its files.
+struct Format {
+    const char* folder;
+    orvPictureTypeEx type;
+    test::DecodedFile::Read read;
+    test::ReferenceImage (*reference)(std::span<const std::uint8_t>);
+};
+
+void PrintTo(const Format& format, std::ostream* out) {
+    *out << format.folder;
+}
+
+constexpr Format kFormats[] = {
+    {"tga", orvPictureTypeEx::orvPteTGA, &CFileTGA::ReadTGA, &test::referenceTarga},
+    {"pcx", orvPictureTypeEx::orvPtePCX, &CFilePCX::ReadPCX, &test::referencePcx},
+    {"psd", orvPictureTypeEx::orvPtePSD, &CFilePSD::ReadPSD, &test::referencePsd},
+};
+
+fs::path corpus(const char* folder) {
     const char* chosen = std::getenv("ORVANE_CORPUS");
     const fs::path root = chosen != nullptr
                               ? fs::path(chosen)
                               : fs::path(ORVANE_SOURCE_DIR) / ".." / "shared" / "corpus";
-    return root / "pictures" / "tga";
+    return root / "pictures" / folder;
 }
 
-std::vector<fs::path> corpusFiles() {
+std::vector<fs::path> filesIn(const fs::path& folder) {
     std::vector<fs::path> files;
     std::error_code missing;
-    for (const fs::directory_entry& entry : fs::directory_iterator(corpus(), missing)) {
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder, missing)) {
         files.push_back(entry.path());
     }
     std::ranges::sort(files);
@@ -47,31 +69,37 @@ Bytes bytesOf(const fs::path& path) {
     return bytes;
 }
 
-class TargaCorpus : public testing::Test {
+class PictureCorpus : public testing::TestWithParam<Format> {
 protected:
     void SetUp() override {
+        files_ = filesIn(corpus(GetParam().folder));
         if (files_.empty()) {
-            GTEST_SKIP() << "the corpus is not there (" << corpus().string() << ")";
+            GTEST_SKIP() << "the corpus is not there (" << corpus(GetParam().folder).string()
+                         << ")";
         }
     }
 
-    const std::vector<fs::path> files_ = corpusFiles();
+    std::vector<fs::path> files_;
 };
+INSTANTIATE_TEST_SUITE_P(, PictureCorpus, testing::ValuesIn(kFormats),
+                         [](const auto& each) { return std::string(each.param.folder); });
 
-TEST_F(TargaCorpus, EveryFileDecodesAsTheReferenceSays) {
+TEST_P(PictureCorpus, EveryFileDecodesAsTheReferenceSays) {
     int loaded = 0;
     for (const fs::path& path : files_) {
         const Bytes bytes = bytesOf(path);
-        EXPECT_TRUE(test::agrees(bytes)) << path.filename();
-        if (test::referenceTarga(bytes).success) ++loaded;
+        const test::ReferenceImage expected = GetParam().reference(bytes);
+        ASSERT_FALSE(expected.unknown) << path.filename();
+        EXPECT_TRUE(test::DecodedFile(GetParam().read, bytes).isLike(expected)) << path.filename();
+        if (expected.success) ++loaded;
     }
     EXPECT_GT(loaded, 0);
     std::printf("%d of %zu files load\n", loaded, files_.size());
 }
 
-TEST_F(TargaCorpus, EveryFileLoadsOrIsNoPicture) {
+TEST_P(PictureCorpus, EveryFileLoadsOrIsNoPicture) {
     for (const fs::path& path : files_) {
-        const test::ReferenceImage expected = test::referenceTarga(bytesOf(path));
+        const test::ReferenceImage expected = GetParam().reference(bytesOf(path));
         Ref<PictureInfo> info;
         Picture picture;
         const auto failure =
@@ -81,10 +109,11 @@ TEST_F(TargaCorpus, EveryFileLoadsOrIsNoPicture) {
             EXPECT_EQ(failure->number, error::kInvalidPicture) << path.filename();
             continue;
         }
-        EXPECT_EQ(info->PictureType(), orvPictureTypeEx::orvPteTGA);
+        EXPECT_EQ(info->PictureType(), GetParam().type);
         EXPECT_EQ(info->Width(), expected.width);
         EXPECT_EQ(info->Height(), expected.height);
-        EXPECT_EQ(test::pixelsOf(picture), expected.pixels) << path.filename();
+        EXPECT_EQ(info->ImageBPP(), expected.bitsPerPixel);
+        EXPECT_EQ(test::pixelsOf(picture), test::drawn(expected)) << path.filename();
     }
 }
 

@@ -22,7 +22,7 @@ fs::path folder() {
 const std::map<std::string, Type> kTypes{
     {".bmp", Type::orvPteBMP}, {".gif", Type::orvPteGIF}, {".wmf", Type::orvPteWMF},
     {".emf", Type::orvPteEMF}, {".ico", Type::orvPteICO}, {".cur", Type::orvPteCUR},
-    {".tga", Type::orvPteTGA},
+    {".tga", Type::orvPteTGA}, {".pcx", Type::orvPtePCX}, {".psd", Type::orvPtePSD},
 };
 
 TEST(ExamplePictures, AllLoadAsWhatTheirNamesSay) {
@@ -51,6 +51,19 @@ TEST(ExamplePictures, AllTargaFilesShowTheSamePicture) {
     EXPECT_EQ(load("sunset-24-run-length.tga"), expected);
     EXPECT_EQ(load("sunset-32-top-left.tga"), expected);
     EXPECT_EQ(load("sunset-16-top-left.tga").size(), expected.size());
+}
+
+TEST(ExamplePictures, TheFilesOf24BitsShowTheSamePicture) {
+    Ref<PictureInfo> info;
+    const auto load = [&](const char* name) {
+        const fs::path path = (folder() / name).make_preferred();
+        return test::pixelsOf(LoadPictureEx(fromAnsi(path.string()), info));
+    };
+    const auto expected = load("sunset-24-top-left.tga");
+    EXPECT_EQ(load("sunset-24.pcx"), expected);
+    EXPECT_EQ(load("sunset.psd"), expected);
+    EXPECT_EQ(load("sunset-raw-alpha.psd"), expected);
+    EXPECT_EQ(load("sunset-8.pcx"), load("sunset-8.bmp"));
 }
 
 }  // namespace

@@ -55,6 +55,9 @@ private:
             offset_ = static_cast<std::size_t>(position);
             return true;
         }};
+    ScopedTarget<std::int64_t(platform::FileHandle)> getFileSize_{
+        platform::kernel32.GetFileSize,
+        [this](platform::FileHandle) { return static_cast<std::int64_t>(bytes_.size()); }};
     ScopedTarget<bool(platform::FileHandle)> closeHandle_{platform::kernel32.CloseHandle,
                                                           [this](platform::FileHandle) {
                                                               --open_;

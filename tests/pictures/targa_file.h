@@ -1,12 +1,10 @@
 #pragma once
 
+#include "pictures/bytes.h"
+
 #include <array>
-#include <cstdint>
-#include <vector>
 
 namespace orvane::test {
-
-using Bytes = std::vector<std::uint8_t>;
 
 /// The image types and depths that are read, and with them a depth that is not.
 inline constexpr std::array<std::uint8_t, 2> kTargaTypes{2, 10};
@@ -35,30 +33,16 @@ struct TargaFile {
     Bytes bytes() const {
         Bytes file{idLength, colorMapType, type};
         for (const int word : {colorMapFirst, colorMapLength})
-            addWord(file, word);
+            addLittleEndian(file, word);
         file.push_back(colorMapEntrySize);
         for (const int word : {originX, originY, width, height})
-            addWord(file, word);
+            addLittleEndian(file, word);
         file.push_back(depth);
         file.push_back(descriptor);
         file.insert(file.end(), body.begin(), body.end());
         return file;
     }
-
-private:
-    static void addWord(Bytes& file, int value) {
-        file.push_back(static_cast<std::uint8_t>(value & 0xFF));
-        file.push_back(static_cast<std::uint8_t>((value >> 8) & 0xFF));
-    }
 };
-
-/// `count` bytes of which no two neighbours are alike and no pixel is black.
-inline Bytes countedBytes(int count) {
-    Bytes bytes;
-    for (int i = 0; i < count; ++i)
-        bytes.push_back(static_cast<std::uint8_t>(1 + i % 251));
-    return bytes;
-}
 
 /// Run-length packets that hold `pixels` pixels of `bytesPerPixel` in raw packets of `packet`.
 inline Bytes rawPackets(int pixels, int bytesPerPixel, int packet) {

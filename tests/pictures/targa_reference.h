@@ -1,58 +1,25 @@
 #pragma once
 
+#include "pictures/reference_image.h"
+
 #include <cmath>
-#include <cstdint>
-#include <span>
-#include <vector>
 
 /// A second Targa decoder, slow and literal: bytes one at a time from counted positions, the write
 /// position as a running index, every store checked. The reader is compared with it.
 namespace orvane::test {
 
-struct ReferenceImage {
-    bool success = false;
-    std::int32_t width = 0;
-    std::int32_t height = 0;
-    std::vector<std::uint8_t> pixels;  ///< rows from the top, padded to 4 bytes
-};
-
 namespace targa_reference {
 
-/// What stands for a run-time error.
-struct Failure {};
+using reference::Failure;
+using reference::File;
+using reference::integer16;
+using reference::integer32;
 
-inline std::int16_t integer16(std::int32_t value) {
-    if (value < -32768 || value > 32767) throw Failure{};
-    return static_cast<std::int16_t>(value);
+inline std::int16_t word(File& file) {
+    const std::int32_t low = file.byte();
+    const std::int32_t value = file.byte() * 256 + low;
+    return static_cast<std::int16_t>(value >= 32768 ? value - 65536 : value);
 }
-
-inline std::int32_t integer32(std::int64_t value) {
-    if (value < INT32_MIN || value > INT32_MAX) throw Failure{};
-    return static_cast<std::int32_t>(value);
-}
-
-/// A file with positions from 1; reads past its end give zeros.
-class File {
-public:
-    explicit File(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
-
-    std::uint8_t byte() {
-        const std::int64_t at = position_++;
-        if (at < 1 || at > static_cast<std::int64_t>(bytes_.size())) return 0;
-        return bytes_[static_cast<std::size_t>(at - 1)];
-    }
-    std::int16_t word() {
-        const std::int32_t low = byte();
-        const std::int32_t value = byte() * 256 + low;
-        return static_cast<std::int16_t>(value >= 32768 ? value - 65536 : value);
-    }
-    std::int64_t lastRead() const { return position_ - 1; }
-    void seek(std::int64_t position) { position_ = position; }
-
-private:
-    std::span<const std::uint8_t> bytes_;
-    std::int64_t position_ = 1;
-};
 
 inline std::int64_t roundedHalfToEven(double value) {
     const double below = std::floor(value);
@@ -92,14 +59,14 @@ private:
         file_.byte();  // length of the identification field
         colorMapType_ = file_.byte();
         imageType_ = file_.byte();
-        file_.word();  // first colour map entry
+        word(file_);  // first colour map entry
         colorMapLow_ = file_.byte();
         colorMapHigh_ = file_.byte();
         colorMapEntry_ = file_.byte();
-        file_.word();  // origin
-        file_.word();
-        width_ = file_.word();
-        height_ = file_.word();
+        word(file_);  // origin
+        word(file_);
+        width_ = word(file_);
+        height_ = word(file_);
         depth_ = file_.byte();
         bottomUp_ = (file_.byte() & 32) == 0;
     }
@@ -195,13 +162,7 @@ private:
 
 /// What a file of these bytes has to decode to.
 inline ReferenceImage referenceTarga(std::span<const std::uint8_t> bytes) {
-    ReferenceImage image;
-    try {
-        targa_reference::Decoder(bytes).decode(image);
-    } catch (const targa_reference::Failure&) {
-        image.success = false;
-    }
-    return image;
+    return reference::run<targa_reference::Decoder>(bytes);
 }
 
 }  // namespace orvane::test
