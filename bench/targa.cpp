@@ -1,18 +1,8 @@
 // Targa files of 4096 x 4096 pixels, from the file to a picture, against stb_image and
 // GraphicsMagick reading the same files.
 
-#include "bench.h"
+#include "reader_bench.h"
 
-#include "main/orvMain.h"
-
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <cstdlib>
-#include <cstring>
-#include <fstream>
 #include <random>
 
 #pragma GCC diagnostic push
@@ -28,8 +18,6 @@
 #define STB_IMAGE_IMPLEMENTATION
 #define STBI_ONLY_TGA
 #include <stb/stb_image.h>
-
-#include <magick/api.h>
 #pragma GCC diagnostic pop
 
 namespace {
@@ -91,71 +79,29 @@ std::string makeFile(const Variant& variant) {
     return bytes;
 }
 
-/// The peak memory of a process that does nothing but load the file: the command-line host.
-long peakKilobytes(const std::string& host, const std::string& path) {
-    const pid_t child = fork();
-    if (child == 0) {
-        dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
-        execl(host.c_str(), host.c_str(), "picture", "info", path.c_str(), nullptr);
-        _exit(127);
-    }
-    rusage usage{};
-    int status = 0;
-    if (wait4(child, &status, 0, &usage) != child || WEXITSTATUS(status) == 127) std::exit(1);
-    return usage.ru_maxrss;
-}
-
-void printPeak(const std::string& host, const std::string& path) {
-    constexpr long kDecoded = kSize * kSize * 3L / 1024;
-    const long peak = peakKilobytes(host, path);
-    std::printf(
-        "    peak memory of a host that loads it: %ld MiB, %.2f of twice the decoded size\n",
-        peak / 1024, static_cast<double>(peak) / (2.0 * kDecoded));
-}
-
-void readWithGraphicsMagick(const std::string& path) {
-    ExceptionInfo exception;
-    GetExceptionInfo(&exception);
-    ImageInfo* info = CloneImageInfo(nullptr);
-    std::snprintf(info->filename, sizeof info->filename, "tga:%s", path.c_str());
-    Image* image = ReadImage(info, &exception);
-    if (image == nullptr) std::exit(1);
-    DestroyImage(image);
-    DestroyImageInfo(info);
-    DestroyExceptionInfo(&exception);
-}
-
 }  // namespace
 
 int main(int, char** arguments) {
-    const std::string host = orvane::bench::builtFile(arguments[0], "orvane");
+    using namespace orvane::bench;
     InitializeMagick(nullptr);
     const auto library = orvane::make<orvane::orvMain>();
-    char folder[] = "/tmp/orvane-bench-XXXXXX";
-    if (mkdtemp(folder) == nullptr) return 1;
-    const std::string path = std::string(folder) + "/picture.tga";
-    const std::u16string wide(path.begin(), path.end());
+    const BenchFile file("picture.tga");
     for (const Variant& variant : kVariants) {
-        const std::string bytes = makeFile(variant);
-        std::ofstream(path, std::ios::binary) << bytes;
-        const auto ours = [&] {
-            orvane::Ref<orvane::PictureInfo> info;
-            if (library->LoadPictureEx(wide, info).isNothing()) std::exit(1);
-        };
+        file.write(makeFile(variant));
+        const auto ours = [&] { loadPicture(*library, file.widePath()); };
         const auto stb = [&] {
             int width = 0;
             int height = 0;
             int channels = 0;
-            stbi_image_free(stbi_load(path.c_str(), &width, &height, &channels, 0));
+            stbi_image_free(stbi_load(file.path().c_str(), &width, &height, &channels, 0));
         };
-        const auto [own, peer] = orvane::bench::bestTimes(ours, stb, 7);
-        orvane::bench::printRatio(variant.name, own, "stb_image", peer);
-        const auto magick = orvane::bench::bestTime([&] { readWithGraphicsMagick(path); }, 2);
-        orvane::bench::printRatio("", own, "GraphicsMagick", magick);
-        printPeak(host, path);
+        const auto [own, peer] = bestTimes(ours, stb, 7);
+        printRatio(variant.name, own, "stb_image", peer);
+        const auto magick = bestTime([&] { readWithGraphicsMagick("tga", file.path()); }, 2);
+        printRatio("", own, "GraphicsMagick", magick);
+        printPeak(builtFile(arguments[0], "orvane"), file.path(), 2L * kSize * kSize * 3,
+                  "twice the decoded size");
     }
-    unlink(path.c_str());
-    rmdir(folder);
     DestroyMagick();
     return 0;
 }

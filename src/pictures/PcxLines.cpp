@@ -32,15 +32,20 @@ public:
 
     bool atEnd() const { return next_ == end_; }
 
-    /// Up to eight literals, `most` at most; how many there were, 0 where a run begins. May write
-    /// eight bytes.
+    /// The literals up to the next run, `most` at most; how many there were, 0 where a run begins.
+    /// May write seven bytes more.
     std::size_t literals(std::uint8_t* target, std::size_t most) {
         static_assert(Body::kSlack >= 8);
-        std::uint64_t eight = 0;
-        std::memcpy(&eight, next_, 8);
-        std::memcpy(target, &eight, 8);
-        const auto rest = static_cast<std::size_t>(end_ - next_);
-        const std::size_t count = std::min({literalsIn(eight), most, rest});
+        most = std::min(most, static_cast<std::size_t>(end_ - next_));
+        std::size_t count = 0;
+        std::size_t part = 8;
+        for (; part == 8 && count < most; count += part) {
+            std::uint64_t eight = 0;
+            std::memcpy(&eight, next_ + count, 8);
+            std::memcpy(target + count, &eight, 8);
+            part = literalsIn(eight);
+        }
+        count = std::min(count, most);
         next_ += count;
         return count;
     }
@@ -109,7 +114,7 @@ public:
     std::size_t fill(std::uint8_t* target, std::size_t have, std::size_t wanted) {
         const std::size_t before = have;
         while (have < wanted && !runs_.atEnd()) {
-            std::size_t count = runs_.literals(target + have, 8);
+            std::size_t count = runs_.literals(target + have, wanted - have);
             if (count == 0) {
                 const Runs::Run run = runs_.run();
                 store(run, target + have);

@@ -69,14 +69,17 @@ std::size_t endOfPlane(const Header& header, int place, const std::uint8_t* data
     return at;
 }
 
-/// Copies in blocks of 16 bytes, up to 15 bytes too many: packets are short.
+/// Packets are short: they are copied and filled in blocks, the last of which goes too far.
+constexpr std::size_t kBlock = 64;
+static_assert(kBlock <= Planes::kSlack);
+
 void copyBlocks(std::uint8_t* target, const std::uint8_t* source, std::size_t count) {
-    for (std::size_t i = 0; i < count; i += 16)
-        std::memcpy(target + i, source + i, 16);
+    for (std::size_t i = 0; i < count; i += kBlock)
+        std::memcpy(target + i, source + i, kBlock);
 }
 void fillBlocks(std::uint8_t* target, std::uint8_t value, std::size_t count) {
-    for (std::size_t i = 0; i < count; i += 16)
-        std::memset(target + i, value, 16);
+    for (std::size_t i = 0; i < count; i += kBlock)
+        std::memset(target + i, value, kBlock);
 }
 
 }  // namespace
@@ -103,7 +106,7 @@ PlaneRows::PlaneRows(const Header& header, const std::uint8_t* data)
     constexpr std::size_t kChunk = 4096;
     wanted_ = std::max(width_, kChunk);
     packedPixels_ = header.pixels();
-    buffer_ = std::make_unique_for_overwrite<std::uint8_t[]>(wanted_ + kMostPixels + 16);
+    buffer_ = std::make_unique_for_overwrite<std::uint8_t[]>(wanted_ + kMostPixels + kBlock);
 }
 
 const std::uint8_t* PlaneRows::next() {

@@ -30,8 +30,8 @@ class PlaneRows {
 public:
     /// A plane that the file doesn't have: zeros.
     explicit PlaneRows(std::int32_t width);
-    /// A plane that begins at `data` and is known to lie there whole; 15 bytes behind it are read,
-    /// too.
+    /// A plane that begins at `data` and is known to lie there whole; up to `Planes::kSlack` bytes
+    /// behind it are read, too.
     PlaneRows(const Header& header, const std::uint8_t* data);
 
     /// The next row; it stays where it is until the next call.
@@ -54,7 +54,7 @@ private:
 class Planes {
 public:
     /// What is read behind the data.
-    static constexpr std::int32_t kSlack = 16;
+    static constexpr std::int32_t kSlack = 64;
 
     /// Finds the planes in `size` bytes of image data, which stay the caller's: of raw data at
     /// least `rawColors`, of packed data everything that the file has. Raises 9 when a packed plane
