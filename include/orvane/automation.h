@@ -323,6 +323,8 @@ inline constexpr IID IID_IPicture = {
     0x7BF80980, 0xBF32, 0x101A, {0x8B, 0xBB, 0x00, 0xAA, 0x00, 0x30, 0x0C, 0xAB}};
 inline constexpr IID IID_IPictureDisp = {
     0x7BF80981, 0xBF32, 0x101A, {0x8B, 0xBB, 0x00, 0xAA, 0x00, 0x30, 0x0C, 0xAB}};
+inline constexpr IID IID_IFontDisp = {
+    0xBEF6E003, 0xA874, 0x101A, {0x8B, 0xBA, 0x00, 0xAA, 0x00, 0x30, 0x0C, 0xAB}};
 
 struct IUnknown {
     virtual HRESULT QueryInterface(REFIID iid, void** object) = 0;
@@ -422,6 +424,7 @@ struct IConnectionPointContainer : IUnknown {
     virtual HRESULT FindConnectionPoint(REFIID iid, IConnectionPoint** point) = 0;
 };
 
+#include "orvane/font.h"
 #include "orvane/picture.h"
 #include "orvane/type_info.h"
 

@@ -38,8 +38,11 @@ interface IDispatch : IUnknown {
 
 )";
 
-constexpr const char* kPictureInterface = R"([uuid(7BF80981-BF32-101A-8BBB-00AA00300CAB)]
+constexpr const char* kHostInterfaces = R"([uuid(7BF80981-BF32-101A-8BBB-00AA00300CAB)]
 dispinterface IPictureDisp { properties: methods: }
+
+[uuid(BEF6E003-A874-101A-8BBA-00AA00300CAB)]
+dispinterface IFontDisp { properties: methods: }
 
 )";
 
@@ -150,7 +153,7 @@ std::string aliasesText(const ClassTable& table) {
 }  // namespace
 
 std::string idlText(const LibraryTable& library) {
-    std::string text = std::string(kBaseInterfaces) + kPictureInterface + kElementNames + "[uuid(" +
+    std::string text = std::string(kBaseInterfaces) + kHostInterfaces + kElementNames + "[uuid(" +
                        guidText(library.id) + "), version(" + std::to_string(library.major) + "." +
                        std::to_string(library.minor) + ")" + helpAttribute(library.help) +
                        "]\nlibrary " + library.name + " {\n    importlib(\"stdole2.tlb\");\n\n";
@@ -178,6 +181,9 @@ library stdole {
 
     [uuid(7BF80981-BF32-101A-8BBB-00AA00300CAB)]
     dispinterface IPictureDisp { properties: methods: };
+
+    [uuid(BEF6E003-A874-101A-8BBA-00AA00300CAB)]
+    dispinterface IFontDisp { properties: methods: };
 };
 )";
 }

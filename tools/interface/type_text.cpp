@@ -57,6 +57,15 @@ std::string idlElement(VARTYPE type) {
     return spellingOf(type).idl;
 }
 
+struct HostInterfaceText {
+    const char* pointer;
+    const char* plain;
+};
+HostInterfaceText hostInterface(const TypeReference& type) {
+    if (type.hostInterface == HostInterface::font) return {"IFontDisp*", "Font"};
+    return {"IPictureDisp*", "Picture"};
+}
+
 std::string hexadecimal(std::uint64_t value, int digits) {
     std::string text(static_cast<std::size_t>(digits), '0');
     for (auto digit = text.rbegin(); digit != text.rend(); ++digit, value >>= 4) {
@@ -71,7 +80,7 @@ std::string idlType(const TypeReference& type) {
     if (isArray(type)) return "SAFEARRAY(" + idlElement(elementOf(type)) + ")";
     if (type.classTable != nullptr) return interfaceName(type.classTable()) + "*";
     if (type.enumTable != nullptr) return std::string("enum ") + type.enumTable().name;
-    if (type.isPicture) return "IPictureDisp*";
+    if (type.hostInterface != HostInterface::none) return hostInterface(type).pointer;
     return spellingOf(type.type).idl;
 }
 
@@ -80,7 +89,7 @@ std::string cppType(const TypeReference& type) {
     if (isArray(type)) text = "SAFEARRAY*";
     else if (type.classTable != nullptr) text = interfaceName(type.classTable()) + "*";
     else if (type.enumTable != nullptr) text = type.enumTable().name;
-    else if (type.isPicture) text = "IPictureDisp*";
+    else if (type.hostInterface != HostInterface::none) text = hostInterface(type).pointer;
     return type.byReference ? text + "*" : text;
 }
 
@@ -88,7 +97,7 @@ std::string plainType(const TypeReference& type) {
     std::string text = spellingOf(elementOf(type)).plain;
     if (type.classTable != nullptr) text = type.classTable().name;
     else if (type.enumTable != nullptr) text = type.enumTable().name;
-    else if (type.isPicture) text = "Picture";
+    else if (type.hostInterface != HostInterface::none) text = hostInterface(type).plain;
     if (isArray(type)) text += "()";
     return type.byReference ? "ByRef " + text : text;
 }

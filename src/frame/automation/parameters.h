@@ -4,6 +4,7 @@
 #include "frame/automation/marshal.h"
 #include "frame/automation/table.h"
 #include "frame/values/conversions.h"
+#include "frame/values/font.h"
 #include "frame/values/picture.h"
 
 #include <concepts>
@@ -111,18 +112,24 @@ struct Cell<Object> {
     static TypeReference reference() { return {VT_DISPATCH}; }
 };
 
-template <>
-struct Cell<Picture> {
-    using Abi = IPictureDisp*;
+/// An object of the hosts' runtime that crosses as an interface of its own.
+template <class T, class Interface, const IID& iid, HostInterface kind>
+struct HostObjectCell {
+    using Abi = Interface*;
     static constexpr VARTYPE type = VT_DISPATCH;
-    static Picture read(Abi cell) { return Picture(Object(reinterpret_cast<IUnknown*>(cell))); }
-    static void write(Abi& cell, const Picture& value) {
-        writeInterface(reinterpret_cast<IUnknown*&>(cell), value, IID_IPictureDisp);
+    static T read(Abi cell) { return T(Object(reinterpret_cast<IUnknown*>(cell))); }
+    static void write(Abi& cell, const T& value) {
+        writeInterface(reinterpret_cast<IUnknown*&>(cell), value, iid);
     }
-    static Variant toVariant(const Picture& value) { return Variant(Object(value)); }
-    static Picture fromVariant(const Variant& value) { return Picture(toObject(value)); }
-    static TypeReference reference() { return {VT_DISPATCH, false, nullptr, nullptr, true}; }
+    static Variant toVariant(const T& value) { return Variant(Object(value)); }
+    static T fromVariant(const Variant& value) { return T(toObject(value)); }
+    static TypeReference reference() { return {VT_DISPATCH, false, nullptr, nullptr, kind}; }
 };
+template <>
+struct Cell<Picture>
+    : HostObjectCell<Picture, IPictureDisp, IID_IPictureDisp, HostInterface::picture> {};
+template <>
+struct Cell<Font> : HostObjectCell<Font, IFontDisp, IID_IFontDisp, HostInterface::font> {};
 
 template <class C>
 struct Cell<Ref<C>> {

@@ -26,6 +26,9 @@ struct EnumTable {
     std::vector<EnumConstant> constants;
 };
 
+/// The interfaces of the hosts' runtime that members take and give.
+enum class HostInterface : std::uint8_t { none, picture, font };
+
 /// A parameter's or result's type as the type library states it.
 struct TypeReference {
     VARTYPE type = VT_EMPTY;   ///< VT_EMPTY: no result; VT_ARRAY | element for arrays
@@ -34,8 +37,8 @@ struct TypeReference {
     const ClassTable& (*classTable)() = nullptr;
     /// The enumeration that a VT_I4 is declared as, or null.
     const EnumTable& (*enumTable)() = nullptr;
-    /// The picture interface, for VT_DISPATCH.
-    bool isPicture = false;
+    /// The runtime's interface that this is, for VT_DISPATCH.
+    HostInterface hostInterface = HostInterface::none;
 };
 
 /// What stands for an argument that the caller left out.

@@ -118,8 +118,8 @@ TYPEDESC describeType(FunctionBlock& block, const TypeReference& type) {
         described = block.pointerTo(referenceType(referenceTo(type.classTable())));
     } else if (type.enumTable != nullptr) {
         described = referenceType(referenceTo(type.enumTable()));
-    } else if (type.isPicture) {
-        described = block.pointerTo(referenceType(pictureReference()));
+    } else if (type.hostInterface != HostInterface::none) {
+        described = block.pointerTo(referenceType(referenceTo(type.hostInterface)));
     }
     return type.byReference ? block.pointerTo(described) : described;
 }

@@ -46,6 +46,7 @@ Types collect() {
     types.own = types.all.size();
     types.all.push_back({TKIND_INTERFACE, "IDispatch", IID_IDispatch});
     types.all.push_back({TKIND_DISPATCH, "Picture", IID_IPictureDisp});
+    types.all.push_back({TKIND_DISPATCH, "Font", IID_IFontDisp});
     return types;
 }
 
@@ -98,8 +99,9 @@ HREFTYPE dispatchReference() {
     return static_cast<HREFTYPE>(types().own);
 }
 
-HREFTYPE pictureReference() {
-    return static_cast<HREFTYPE>(types().own + 1);
+HREFTYPE referenceTo(HostInterface interface) {
+    const std::size_t place = interface == HostInterface::picture ? 1 : 2;
+    return static_cast<HREFTYPE>(types().own + place);
 }
 
 }  // namespace orvane::automation

@@ -32,7 +32,7 @@ std::size_t ownTypeCount();
 HREFTYPE referenceTo(const ClassTable& defaultInterface);
 HREFTYPE referenceTo(const EnumTable& table);
 HREFTYPE referenceTo(const EventTable& events);
+HREFTYPE referenceTo(HostInterface interface);
 HREFTYPE dispatchReference();
-HREFTYPE pictureReference();
 
 }  // namespace orvane::automation
