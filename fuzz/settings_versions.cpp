@@ -2,6 +2,7 @@
 
 #include "settings/versions_reference.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

@@ -7,6 +7,8 @@
 #include "network/orvGZipArchive.h"
 #include "network/orvHTTPRequest.h"
 #include "pictures/PictureInfo.h"
+#include "settings/orvAutorunSupport.h"
+#include "settings/orvOrvaneSettings.h"
 #include "settings/orvRegistry.h"
 #include "utilities/CommandLineParser.h"
 #include "utilities/orvAlone.h"
@@ -27,10 +29,10 @@ const LibraryTable& libraryTable() {
             5,
             u"Orvane - Библиотека общих функций 3.01",
             {&orvMain::table(), &orvAlone::table(), &orvBenchMark::table(), &orvRegistry::table(),
-             &PictureInfo::table(), &orvBenchMarkHP::table(), &CommandLineParser::table(),
-             &IHTTPRequestCallback::table(), &orvHTTPRequest::table(), &HTTPFormBuilder::table(),
-             &ProxySettings::table(), &orvStringBuffer::table(), &orvGZipArchive::table(),
-             &orvSort::table()},
+             &orvOrvaneSettings::table(), &PictureInfo::table(), &orvBenchMarkHP::table(),
+             &CommandLineParser::table(), &IHTTPRequestCallback::table(), &orvHTTPRequest::table(),
+             &orvAutorunSupport::table(), &HTTPFormBuilder::table(), &ProxySettings::table(),
+             &orvStringBuffer::table(), &orvGZipArchive::table(), &orvSort::table()},
             {&enumTable(orvPictureTypeEx{}), &enumTable(AddAutoCompleteFlags{}),
              &enumTable(RegistryRoot_Const{}), &enumTable(RegistryType_Const{}),
              &enumTable(htprExecuteError{}), &enumTable(htfbTransferEncoding{}),

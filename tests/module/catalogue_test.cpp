@@ -38,6 +38,10 @@ const Row kRows[] = {
      kCreatable,
      {0x5A2E4B83, 0x9C41, 0x421E, {0xBA, 0x1B, 0x90, 0x7A, 0xF6, 0xE4, 0xB6, 0x2F}},
      {0xD93EC43E, 0x18EF, 0x4036, {0x93, 0x1F, 0x89, 0x52, 0x76, 0x22, 0xDF, 0xFE}}},
+    {u"orvOrvaneSettings",
+     kCreatable,
+     {0x9729F407, 0x6CC0, 0x41DA, {0x93, 0xE9, 0x18, 0xCE, 0x36, 0x95, 0x1D, 0x14}},
+     {0xA46E1FAE, 0x2176, 0x41D4, {0xA7, 0x6D, 0xBC, 0xF5, 0x42, 0xC9, 0xD1, 0x6A}}},
     {u"PictureInfo",
      kCreatable,
      {0x83A3985F, 0x5450, 0x4098, {0x94, 0xCD, 0xC5, 0x34, 0xA3, 0xF1, 0x95, 0xD7}},
@@ -58,7 +62,12 @@ const Row kRows[] = {
      kCreatable,
      {0x5B53974C, 0xDCE6, 0x474C, {0x97, 0xC5, 0x99, 0x53, 0x20, 0x88, 0x93, 0x93}},
      {0xB3B6597F, 0xA95A, 0x4615, {0xB8, 0x07, 0xE3, 0xF0, 0x28, 0x40, 0xBB, 0x55}}},
-    {u"HTTPFormBuilder",
+    {u"orvAutorunSupport",
+     kGlobal,
+     {0x2C5CEFAF, 0xB68B, 0x4BBC, {0xAA, 0xA2, 0xD2, 0x84, 0xFB, 0x22, 0x34, 0x24}},
+     {0x42FB6CDD, 0xBD1A, 0x47B1, {0xA0, 0xA8, 0x47, 0x6D, 0x1E, 0xBE, 0xC5, 0xAF}}},
+    {u"orvAutorunSupport",
+     u"HTTPFormBuilder",
      kCreatable,
      {0x2704112C, 0x1A50, 0x42E8, {0xA7, 0xEB, 0x1F, 0xA4, 0x3E, 0x73, 0xED, 0xDD}},
      {0x7F4E8412, 0x9860, 0x4413, {0xA6, 0x9E, 0x14, 0xBD, 0x23, 0xEF, 0x90, 0x20}}},
@@ -121,11 +130,12 @@ TEST(Catalogue, TypeLibraryHasTheClassesInTheirOrderAndNoOther) {
         ASSERT_EQ(types->GetTypeInfo(i, info.receive()), S_OK);
         if (attributesOf(*info).typekind == TKIND_COCLASS) names.push_back(nameOf(*info));
     }
-    EXPECT_THAT(names, testing::ElementsAre(u"orvMain", u"orvAlone", u"orvBenchMark",
-                                            u"orvRegistry", u"PictureInfo", u"orvBenchMarkHP",
-                                            u"CommandLineParser", u"IHTTPRequestCallback",
-                                            u"orvHTTPRequest", u"HTTPFormBuilder", u"ProxySettings",
-                                            u"orvStringBuffer", u"orvGZipArchive", u"orvSort"));
+    EXPECT_THAT(names,
+                testing::ElementsAre(u"orvMain", u"orvAlone", u"orvBenchMark", u"orvRegistry",
+                                     u"orvOrvaneSettings", u"PictureInfo", u"orvBenchMarkHP",
+                                     u"CommandLineParser", u"IHTTPRequestCallback",
+                                     u"orvHTTPRequest", u"orvAutorunSupport", u"HTTPFormBuilder",
+                                     u"ProxySettings", u"orvStringBuffer", u"orvGZipArchive", u"orvSort"));
 }
 
 TEST(Catalogue, FactoriesMakeWhatHostsMayCreateAndRefuseTheRest) {

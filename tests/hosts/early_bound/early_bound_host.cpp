@@ -56,6 +56,7 @@ int main(int count, char** arguments) {
         checkMain(library);
         checkGZip(library);
         checkNetwork(library);
+        checkSettings(library);
         checkUtilities(library);
         library.endThread();
         expect(library.canUnload(), "nothing is left alive");
