@@ -262,7 +262,7 @@ void NameLock::release(int descriptor) const {
     ::close(descriptor);
 }
 
-std::string nameLockPath(std::string_view name) {
+std::string nameHash(std::string_view name) {
     __extension__ using Hash = unsigned __int128;
     constexpr Hash kBasis = (Hash{0x6c62272e07bb0142} << 64) | 0x62b821756295c58d;
     constexpr Hash kPrime = (Hash{1} << 88) | 0x13b;
@@ -271,10 +271,15 @@ std::string nameLockPath(std::string_view name) {
     for (const char each : name) {
         hash = (hash ^ static_cast<unsigned char>(each)) * kPrime;
     }
-    std::string file = "/orvane-";
+    std::string text;
     for (int shift = 124; shift >= 0; shift -= 4) {
-        file += kDigits[static_cast<unsigned>(hash >> shift) & 0xF];
+        text += kDigits[static_cast<unsigned>(hash >> shift) & 0xF];
     }
+    return text;
+}
+
+std::string nameLockPath(std::string_view name) {
+    const std::string file = "/orvane-" + nameHash(name);
     for (const char* folder : {"/run/lock", "/tmp"}) {
         if (isLockFolder(folder)) {
             return folder + file;

@@ -48,8 +48,12 @@ private:
     NameLock* next_ = nullptr;
 };
 
-/// The file of a name. It is hashed (FNV-1a of 128 bits), so that any text is a name. Empty when
-/// the system has no folder in which everybody may make files and nobody remove another's.
+/// The hash (FNV-1a of 128 bits) of a name in hexadecimal digits: a stand-in where not every text
+/// can be a name.
+std::string nameHash(std::string_view name);
+
+/// The file of a name. It is hashed, so that any text is a name. Empty when the system has no
+/// folder in which everybody may make files and nobody remove another's.
 std::string nameLockPath(std::string_view name);
 
 }  // namespace orvane::platform

@@ -8,18 +8,32 @@ namespace orvane::platform {
 
 namespace {
 
-void appendUtf8(std::string& out, char16_t unit) {
-    // The code pages hold no surrogates, so a unit is a code point.
-    if (unit < 0x80) {
-        out += static_cast<char>(unit);
-    } else if (unit < 0x800) {
-        out += static_cast<char>(0xC0 | (unit >> 6));
-        out += static_cast<char>(0x80 | (unit & 0x3F));
+void appendUtf8(std::string& out, char32_t codePoint) {
+    const auto rest = [&](int shift) {
+        out += static_cast<char>(0x80 | ((codePoint >> shift) & 0x3F));
+    };
+    if (codePoint < 0x80) {
+        out += static_cast<char>(codePoint);
+    } else if (codePoint < 0x800) {
+        out += static_cast<char>(0xC0 | (codePoint >> 6));
+        rest(0);
+    } else if (codePoint < 0x10000) {
+        out += static_cast<char>(0xE0 | (codePoint >> 12));
+        rest(6);
+        rest(0);
     } else {
-        out += static_cast<char>(0xE0 | (unit >> 12));
-        out += static_cast<char>(0x80 | ((unit >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (unit & 0x3F));
+        out += static_cast<char>(0xF0 | (codePoint >> 18));
+        rest(12);
+        rest(6);
+        rest(0);
     }
+}
+
+bool isSurrogate(char16_t unit) {
+    return (unit & 0xF800) == 0xD800;
+}
+bool isLowSurrogate(char16_t unit) {
+    return (unit & 0xFC00) == 0xDC00;
 }
 
 /// The ANSI byte of a code point, or -1.
@@ -48,6 +62,23 @@ std::size_t lengthFrom(unsigned char lead) {
 }
 
 }  // namespace
+
+std::string utf8Text(std::u16string_view units) {
+    constexpr char32_t kReplacement = 0xFFFD;
+    std::string out;
+    for (std::size_t place = 0; place < units.size(); ++place) {
+        const char16_t unit = units[place];
+        if (!isSurrogate(unit)) {
+            appendUtf8(out, unit);
+        } else if (!isLowSurrogate(unit) && place + 1 < units.size() &&
+                   isLowSurrogate(units[place + 1])) {
+            appendUtf8(out, 0x10000 + ((unit & 0x3FFU) << 10) + (units[++place] & 0x3FFU));
+        } else {
+            appendUtf8(out, kReplacement);
+        }
+    }
+    return out;
+}
 
 int takeCodePoint(std::string_view& utf8) {
     constexpr int kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
