@@ -180,7 +180,7 @@ TEST_F(orvAutorunSupportTest, MachinesRunKeyIsUnderItsOwnRoot) {
 }
 
 TEST_F(orvAutorunSupportTest, ProgramsNameIsAskedForOnlyWithoutACommandLine) {
-    const Recorder recorder(kernel32);
+    const Recorder recorder({&kernel32.GetModuleFileNameA});
     autorun_->AddToAutorun(name_, u"x");
     EXPECT_TRUE(recorder.saw({}));
 }
