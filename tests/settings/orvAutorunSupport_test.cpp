@@ -180,7 +180,8 @@ TEST_F(orvAutorunSupportTest, MachinesRunKeyIsUnderItsOwnRoot) {
 }
 
 TEST_F(orvAutorunSupportTest, ProgramsNameIsAskedForOnlyWithoutACommandLine) {
-    const Recorder recorder({&kernel32.GetModuleFileNameA});
+    const std::vector<platform::OperationBase*> namesOfModules{&kernel32.GetModuleFileNameA};
+    const Recorder recorder(namesOfModules);
     autorun_->AddToAutorun(name_, u"x");
     EXPECT_TRUE(recorder.saw({}));
 }

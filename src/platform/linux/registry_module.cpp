@@ -1,5 +1,6 @@
 #include "platform/linux/registry_module.h"
 
+#include "platform/linux/autostart/store.h"
 #include "platform/linux/side_module.h"
 
 #include <atomic>
@@ -20,6 +21,7 @@ const OrvaneStoreTable* registryStore() {
         reinterpret_cast<Entry>(sideModuleFunction("libOrvaneRegistry.so", ORVANE_STORE_ENTRY));
     table = entry == nullptr ? nullptr : entry();
     if (table == nullptr || table->version != ORVANE_STORE_VERSION) return nullptr;
+    table = autostart::withEntries(*table);
     // A failure is not kept, so that a module that is installed later is found.
     loadedStore.store(table);
     return table;

@@ -1,0 +1,277 @@
+#include "platform/linux/autostart/store.h"
+
+#include "platform/linux/autostart/files.h"
+#include "platform/linux/registry_texts.h"
+#include "platform/registry.h"
+
+#include <cstring>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace orvane::platform::autostart {
+
+namespace {
+
+constexpr std::u16string_view kRunKey = u"software\\microsoft\\windows\\currentversion\\run";
+
+OrvaneStoreTable values;
+
+/// The changes of entries that wait for the end of the thread's transaction. Not an object with a
+/// destructor of its own: that would keep the library loaded for as long as the thread lives.
+constinit thread_local std::vector<Change>* waiting = nullptr;
+
+std::u16string_view view(const std::uint16_t* units, std::uint32_t count) {
+    return {reinterpret_cast<const char16_t*>(units), count};
+}
+
+// Paths are folded, but to which case is the store's affair.
+bool sameFolded(std::u16string_view path, std::u16string_view lower) {
+    if (path.size() != lower.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        const char16_t unit = path[i];
+        const bool isUpper = unit >= u'A' && unit <= u'Z';
+        if ((isUpper ? static_cast<char16_t>(unit + 32) : unit) != lower[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool hasEntries(std::int32_t root) {
+    return root == ORVANE_STORE_USER || root == ORVANE_STORE_MACHINE;
+}
+
+Scope scopeOf(std::int32_t root) {
+    return root == ORVANE_STORE_USER ? Scope::user : Scope::machine;
+}
+
+bool isRunKey(const OrvaneStoreKey& key) {
+    return hasEntries(key.root) && sameFolded(view(key.path, key.units), kRunKey);
+}
+
+/// Whether a path below `base` is the run key's.
+enum class Way : std::uint8_t { elsewhere, runKey, aboveRunKey };
+
+Way wayOf(const OrvaneStoreKey& base, const OrvaneStoreName& path) {
+    if (!hasEntries(base.root)) {
+        return Way::elsewhere;
+    }
+    std::u16string whole(view(base.path, base.units));
+    whole += whole.empty() || path.units == 0 ? u"" : u"\\";
+    whole += view(path.folded, path.units);
+    if (whole.size() > kRunKey.size() || !sameFolded(whole, kRunKey.substr(0, whole.size()))) {
+        return Way::elsewhere;
+    }
+    const std::u16string_view rest = kRunKey.substr(whole.size());
+    if (rest.empty()) {
+        return Way::runKey;
+    }
+    return whole.empty() || rest.starts_with(u'\\') ? Way::aboveRunKey : Way::elsewhere;
+}
+
+/// The units of a text value up to its first NUL; nothing for values of other types.
+std::u16string commandLine(std::uint32_t type, const std::uint8_t* data, std::size_t size) {
+    if (type != kRegSz && type != kRegExpandSz) {
+        return {};
+    }
+    std::u16string text(size / 2, u'\0');
+    if (!text.empty()) {
+        std::memcpy(text.data(), data, text.size() * 2);
+    }
+    return text.substr(0, text.find(u'\0'));
+}
+
+using Code = std::uint32_t;
+
+/// Makes the changes of entries and ends the transaction of the values, with success only when both
+/// are done.
+Code commitWith(std::vector<Change> changes) {
+    Changes entries(std::move(changes));
+    Code code = kErrorNotEnoughMemory;
+    try {
+        code = static_cast<Code>(entries.apply());
+    } catch (const std::bad_alloc&) {
+        // The transaction ends all the same.
+    }
+    if (code == kErrorSuccess) {
+        code = values.commit();
+    } else {
+        values.rollback();
+    }
+    if (code != kErrorSuccess) {
+        entries.undo();
+    }
+    return code;
+}
+
+/// Runs a change of values in a transaction together with the changes of entries that `change`
+/// tells when it succeeds. In a transaction of the caller's the entries wait for its end.
+template <class Action>
+Code together(Action&& change) {
+    std::vector<Change> changes;
+    if (waiting != nullptr) {
+        const Code code = change(changes);
+        if (code == kErrorSuccess) {
+            waiting->insert(waiting->end(), changes.begin(), changes.end());
+        }
+        return code;
+    }
+    if (const Code code = values.begin(); code != kErrorSuccess) {
+        return code;
+    }
+    Code code = kErrorNotEnoughMemory;
+    try {
+        code = change(changes);
+    } catch (const std::bad_alloc&) {
+        // As a failure.
+    }
+    if (code != kErrorSuccess) {
+        values.rollback();
+        return code;
+    }
+    return commitWith(std::move(changes));
+}
+
+template <class Body>
+Code guarded(Body&& body) {
+    try {
+        return body();
+    } catch (const std::bad_alloc&) {
+        return kErrorNotEnoughMemory;
+    }
+}
+
+Code set(const OrvaneStoreKey* key, const OrvaneStoreName* name, std::uint32_t type,
+         const std::uint8_t* data, std::size_t size) {
+    if (!isRunKey(*key)) {
+        return values.set(key, name, type, data, size);
+    }
+    return guarded([&] {
+        return together([&](std::vector<Change>& changes) {
+            changes.push_back({scopeOf(key->root), std::u16string(view(name->folded, name->units)),
+                               entryText(view(name->spelled, name->units),
+                                         commandLine(type, data, size), isProgram)});
+            return values.set(key, name, type, data, size);
+        });
+    });
+}
+
+Code deleteValue(const OrvaneStoreKey* key, const OrvaneStoreName* name) {
+    if (!isRunKey(*key)) {
+        return values.deleteValue(key, name);
+    }
+    return guarded([&] {
+        return together([&](std::vector<Change>& changes) {
+            changes.push_back(
+                {scopeOf(key->root), std::u16string(view(name->folded, name->units)), {}});
+            return values.deleteValue(key, name);
+        });
+    });
+}
+
+/// Adds the removal of the entries of all values under the run key of a root.
+Code removeAll(std::int32_t root, std::vector<Change>& changes) {
+    registry::RegistryName path;
+    registry::keyPath(kRunKey, path);
+    const OrvaneStoreKey base{root, 0, nullptr, 0};
+    const auto units = [](const std::u16string& text) {
+        return reinterpret_cast<const std::uint16_t*>(text.data());
+    };
+    const OrvaneStoreName name{units(path.spelled), units(path.folded),
+                               static_cast<std::uint32_t>(path.folded.size())};
+    OrvaneStoreKey key{root, 0, name.folded, name.units};
+    if (const Code code = values.open(&base, &name, 0, &key.id); code != kErrorSuccess) {
+        return code == kErrorFileNotFound ? kErrorSuccess : code;
+    }
+    std::u16string found;
+    const OrvaneStoreTake take = [](void* context, const std::uint16_t* spelled,
+                                    std::uint32_t count, std::uint32_t, const std::uint8_t*,
+                                    std::size_t) {
+        *static_cast<std::u16string*>(context) = view(spelled, count);
+    };
+    for (std::uint32_t index = 0;; ++index) {
+        const Code code = values.value(&key, index, 0, take, &found);
+        if (code != kErrorSuccess) {
+            return code == kErrorNoMoreItems ? kErrorSuccess : code;
+        }
+        changes.push_back({scopeOf(root), registry::valueName(found).folded, {}});
+    }
+}
+
+/// Deletes keys, and with the run key the entries of its values.
+template <class Delete>
+Code deleteKeys(std::int32_t root, Delete&& deletion) {
+    return guarded([&] {
+        return together([&](std::vector<Change>& changes) {
+            const Code code = removeAll(root, changes);
+            return code == kErrorSuccess ? deletion() : code;
+        });
+    });
+}
+
+Code deleteEmpty(const OrvaneStoreKey* base, const OrvaneStoreName* path) {
+    if (wayOf(*base, *path) != Way::runKey) {
+        return values.deleteEmpty(base, path);
+    }
+    return deleteKeys(base->root, [&] { return values.deleteEmpty(base, path); });
+}
+
+Code deleteTree(const OrvaneStoreKey* base, const OrvaneStoreName* path) {
+    if (wayOf(*base, *path) == Way::elsewhere) {
+        return values.deleteTree(base, path);
+    }
+    return deleteKeys(base->root, [&] { return values.deleteTree(base, path); });
+}
+
+Code begin() {
+    auto* changes = new (std::nothrow) std::vector<Change>;
+    if (changes == nullptr) {
+        return kErrorNotEnoughMemory;
+    }
+    const Code code = values.begin();
+    if (code != kErrorSuccess) {
+        delete changes;
+        return code;
+    }
+    // One that a fork or a failure left behind is of no transaction any more.
+    delete std::exchange(waiting, changes);
+    return code;
+}
+
+Code commit() {
+    const std::unique_ptr<std::vector<Change>> changes(std::exchange(waiting, nullptr));
+    return guarded([&] { return changes ? commitWith(std::move(*changes)) : values.commit(); });
+}
+
+Code rollback() {
+    delete std::exchange(waiting, nullptr);
+    return values.rollback();
+}
+
+OrvaneStoreTable over(const OrvaneStoreTable& store) {
+    values = store;
+    OrvaneStoreTable table = store;
+    table.set = set;
+    table.deleteValue = deleteValue;
+    table.deleteEmpty = deleteEmpty;
+    table.deleteTree = deleteTree;
+    table.begin = begin;
+    table.commit = commit;
+    table.rollback = rollback;
+    return table;
+}
+
+}  // namespace
+
+const OrvaneStoreTable* withEntries(const OrvaneStoreTable& store) {
+    static const OrvaneStoreTable table = over(store);
+    return &table;
+}
+
+}  // namespace orvane::platform::autostart
