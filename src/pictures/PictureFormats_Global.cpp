@@ -2,6 +2,7 @@
 
 #include "frame/automation/apartment.h"
 #include "pictures/CFileCommon.h"
+#include "pictures/CFileGDIPlus.h"
 #include "pictures/CFilePCX.h"
 #include "pictures/CFilePSD.h"
 #include "pictures/CFileTGA.h"
@@ -24,6 +25,7 @@ PictureFormats& EnsureFormats() {
     ensure<CFilePCX>(formats.pcx);
     ensure<CFileTGA>(formats.tga);
     ensure<CFileCommon>(formats.common);
+    ensure<CFileGDIPlus>(formats.gdiPlus);
     return formats;
 }
 

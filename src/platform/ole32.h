@@ -28,10 +28,14 @@ struct Ole32 {
     /// A new object of a registered class; the caller gets one reference in `object`.
     Operation<std::int32_t(const ClassIdBytes& classId, IUnknown*& object)> CoCreateInstance{
         "ole32", "CoCreateInstance", static_cast<std::int32_t>(0x80040154)};
+    /// Writes an identifier in braces, upper case, with a NUL at its end. The units that it takes,
+    /// 39, or 0 when `text` has no room for them.
+    Operation<std::int32_t(const ClassIdBytes& classId, std::span<char16_t> text)> StringFromGUID2{
+        "ole32", "StringFromGUID2", 0};
 
     template <class Visitor>
     constexpr void visit(Visitor&& visitor) {
-        visitor(CLSIDFromProgID, CoCreateInstance);
+        visitor(CLSIDFromProgID, CoCreateInstance, StringFromGUID2);
     }
 };
 extern Ole32 ole32;

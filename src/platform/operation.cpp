@@ -1,6 +1,7 @@
 #include "platform/operation.h"
 
 #include "platform/gdi32.h"
+#include "platform/gdiplus.h"
 #include "platform/kernel32.h"
 #include "platform/ole32.h"
 #include "platform/oleaut32.h"
@@ -232,6 +233,18 @@ void describe(std::string& out, const IconFacts& facts) {
         .field("y", facts.hotspotY)
         .field("mask", facts.mask)
         .field("colour", facts.color);
+}
+
+void describe(std::string& out, GdiplusStatus status) {
+    appendNumber(out, static_cast<std::int32_t>(status));
+}
+
+void describe(std::string& out, const GdiplusStartupInput& input) {
+    Record(out)
+        .field("version", input.version)
+        .field("callback", input.debugEventCallback)
+        .field("noThread", input.suppressBackgroundThread)
+        .field("noCodecs", input.suppressExternalCodecs);
 }
 
 void describe(std::string& out, const ClassIdBytes& classId) {

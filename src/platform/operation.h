@@ -76,6 +76,8 @@ std::string described(const T& value) {
     std::string out;
     if constexpr (std::is_same_v<T, bool>) {
         describe(out, value);
+    } else if constexpr (std::is_enum_v<T> && requires { describe(out, value); }) {
+        describe(out, value);
     } else if constexpr (std::is_enum_v<T>) {
         describe(out, static_cast<std::uint64_t>(static_cast<std::underlying_type_t<T>>(value)));
     } else if constexpr (std::is_integral_v<T> && std::is_signed_v<T>) {
@@ -256,11 +258,13 @@ private:
     }
 
     /// Status codes fail in many ways: where the failure result is negative, every negative is one,
-    /// and so is every result code but success.
+    /// so is every result code but success, and other types of status codes have a `failsAs` of
+    /// their own beside them.
     bool isFailure(const ResultValue& result) const {
         if constexpr (std::is_same_v<ResultValue, ResultCode>) {
             return result != ResultCode::success;
         }
+        if constexpr (requires { failsAs(result); }) return failsAs(result);
         if constexpr (std::is_integral_v<ResultValue> && std::is_signed_v<ResultValue>) {
             if (failure_ < 0) return result < 0;
         }

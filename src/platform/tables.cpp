@@ -7,6 +7,7 @@ static_assert(visitsEveryMember<Advapi32>());
 static_assert(visitsEveryMember<Secur32>());
 static_assert(visitsEveryMember<User32>());
 static_assert(visitsEveryMember<Gdi32>());
+static_assert(visitsEveryMember<Gdiplus>());
 static_assert(visitsEveryMember<Ole32>());
 static_assert(visitsEveryMember<Oleaut32>());
 static_assert(visitsEveryMember<Winmm>());

@@ -2,6 +2,7 @@
 
 #include "platform/advapi32.h"
 #include "platform/gdi32.h"
+#include "platform/gdiplus.h"
 #include "platform/host_runtime.h"
 #include "platform/kernel32.h"
 #include "platform/ole32.h"
@@ -22,6 +23,7 @@ void forEachTable(Action&& action) {
     action(secur32);
     action(user32);
     action(gdi32);
+    action(gdiplus);
     action(ole32);
     action(oleaut32);
     action(winmm);

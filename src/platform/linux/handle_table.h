@@ -22,7 +22,10 @@ enum class HandleKind : std::uint8_t {
     icon,
     metafile,
     mutex,
-    registryKey
+    registryKey,
+    gdiplusToken,
+    gdiplusImage,
+    gdiplusGraphics
 };
 
 /// All handles of the process: 20 bits of slot number and above them 12 bits of generation, never

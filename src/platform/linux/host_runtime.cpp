@@ -1,96 +1,19 @@
 #include "platform/host_runtime.h"
 
-#include "platform/linux/codecs_module.h"
 #include "platform/linux/errors.h"
 #include "platform/linux/names.h"
 #include "platform/linux/picture.h"
-
-#include <algorithm>
-#include <cerrno>
-#include <cstdlib>
-#include <fcntl.h>
-#include <limits>
-#include <memory>
-#include <sys/stat.h>
-#include <unistd.h>
+#include "platform/linux/picture_file.h"
 
 namespace orvane::platform {
 
 namespace {
 
-/// The bytes of a picture file.
-struct FileBytes {
-    std::unique_ptr<std::uint8_t, void (*)(void*)> data{nullptr, std::free};
-    std::size_t size = 0;
-};
-
-std::int32_t runtimeError(int number) {
-    setLastError(errorFromErrno(number));
-    switch (number) {
-    case ENOENT:
-    case ENOTDIR:
-        return kRuntimeFileNotFound;
-    case ENOMEM:
-        return kRuntimeOutOfMemory;
-    default:
-        return kRuntimeFileAccess;
-    }
-}
-
-/// As much of the start of a file as is looked at before the rest is read.
-constexpr std::size_t kSignatureBytes = ORVANE_CODEC_SIGNATURE;
-
-/// Reads an open file to its end, at most to the length that it has now; 0 or a run-time error. A
-/// file that no decoder knows is given up after its first bytes: the library's own readers try
-/// large ones next.
-std::int32_t readOpen(int descriptor, FileBytes& bytes) {
-    struct stat facts {};
-    if (::fstat(descriptor, &facts) != 0) {
-        return runtimeError(errno);
-    }
-    // Folders can't be read; reading a pipe or a device may never end.
-    if (!S_ISREG(facts.st_mode)) {
-        return failWith(kErrorAccessDenied, kRuntimeFileAccess);
-    }
-    if (facts.st_size > std::numeric_limits<std::int32_t>::max()) {
-        return failWith(kErrorNotEnoughMemory, kRuntimeOutOfMemory);
-    }
-    const auto size = static_cast<std::size_t>(facts.st_size);
-    bytes.data.reset(static_cast<std::uint8_t*>(std::malloc(size == 0 ? 1 : size)));
-    if (bytes.data == nullptr) {
-        return runtimeError(ENOMEM);
-    }
-    while (bytes.size < size) {
-        const bool start = bytes.size < kSignatureBytes;
-        const std::size_t wanted = start ? std::min(size, kSignatureBytes) : size;
-        const ssize_t read = ::read(descriptor, bytes.data.get() + bytes.size, wanted - bytes.size);
-        if (read < 0 && errno != EINTR) {
-            return runtimeError(errno);
-        }
-        if (read == 0) {
-            break;
-        }
-        bytes.size += read < 0 ? 0 : static_cast<std::size_t>(read);
-        if (start && bytes.size >= wanted && !isKnownPicture({bytes.data.get(), bytes.size})) {
-            return failWith(kErrorInvalidParameter, kRuntimeInvalidPicture);
-        }
-    }
-    return 0;
-}
-
 std::int32_t readFile(const std::string& fileName, FileBytes& bytes) {
     if (const std::uint32_t error = nameError(fileName); error != kErrorSuccess) {
         return failWith(error, kRuntimeFileNotFound);
     }
-    const std::string path = systemName(fileName);
-    // O_NONBLOCK: a pipe must not make the open wait for its other end.
-    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
-    if (descriptor < 0) {
-        return runtimeError(errno);
-    }
-    const std::int32_t result = readOpen(descriptor, bytes);
-    ::close(descriptor);
-    return result;
+    return readPictureFile(systemName(fileName), isKnownPicture, bytes);
 }
 
 std::int32_t loadPicture(const std::string& fileName, IPictureDisp*& picture) {
@@ -100,8 +23,7 @@ std::int32_t loadPicture(const std::string& fileName, IPictureDisp*& picture) {
         return failure;
     }
     PictureContent content;
-    if (const std::int32_t failure = contentFromFile({bytes.data.get(), bytes.size}, content);
-        failure != 0) {
+    if (const std::int32_t failure = contentFromFile(bytes.bytes(), content); failure != 0) {
         return failure;
     }
     picture = Picture::create(content);

@@ -35,10 +35,18 @@ std::int32_t createInstance(const ClassIdBytes& classId, IUnknown*& object) {
     return result;
 }
 
+std::int32_t stringFromGuid(const ClassIdBytes& classId, std::span<char16_t> text) {
+    GUID id{};
+    std::memcpy(&id, classId.bytes.data(), sizeof(id));
+    return ::StringFromGUID2(id, reinterpret_cast<wchar_t*>(text.data()),
+                             static_cast<int>(text.size()));
+}
+
 constexpr Ole32 bound() {
     Ole32 table;
     table.CLSIDFromProgID.bind<classIdFromProgId>();
     table.CoCreateInstance.bind<createInstance>();
+    table.StringFromGUID2.bind<stringFromGuid>();
     return table;
 }
 static_assert(allBound(bound()));

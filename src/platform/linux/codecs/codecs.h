@@ -1,6 +1,7 @@
 #pragma once
 
-// The interface of libOrvanePictures.so: the decoders behind the host's picture loader on Linux.
+// The interface of libOrvanePictures.so: the decoders behind the host's picture loader and behind
+// GDI+ on Linux.
 //
 // The library binds the module at run time and asks for one function, orvaneCodecTable. Everything
 // that crosses is plain C, so that neither side needs to know how the other one was built.
@@ -12,8 +13,8 @@
 extern "C" {
 #endif
 
-/// Grows whenever OrvaneDecoded or OrvaneCodecTable changes; a caller refuses any other value.
-#define ORVANE_CODEC_VERSION 2u
+/// Grows whenever a structure of this header changes; a caller refuses any other value.
+#define ORVANE_CODEC_VERSION 3u
 
 /// As much of a file's start as `recognises` needs.
 #define ORVANE_CODEC_SIGNATURE 64u
@@ -85,6 +86,37 @@ typedef struct OrvaneDecoded {
     size_t fileBytes;
 } OrvaneDecoded;
 
+/// The formats of images that GDI+ reads.
+enum OrvaneImageFormat {
+    ORVANE_IMAGE_BMP = 1,
+    ORVANE_IMAGE_JPEG = 2,
+    ORVANE_IMAGE_GIF = 3,
+    ORVANE_IMAGE_ICON = 4,
+    ORVANE_IMAGE_PNG = 5,
+    ORVANE_IMAGE_TIFF = 6
+};
+
+/// What GDI+ tells about an image without drawing it.
+typedef struct OrvaneImageFacts {
+    uint32_t width;
+    uint32_t height;
+    /// One of OrvaneImageFormat.
+    uint32_t format;
+    /// GDI+'s number of the pixel format that the file has.
+    uint32_t pixelFormat;
+} OrvaneImageFacts;
+
+/// Pixels to paint an image on: 4 bytes each, blue, green, red and one that is left at 0, as large
+/// as the image.
+typedef struct OrvaneCanvas {
+    uint32_t width;
+    uint32_t height;
+    /// The first byte of the top row.
+    uint8_t* pixels;
+    /// Bytes from one row to the one below; below 0 where rows are stored from the bottom up.
+    ptrdiff_t stride;
+} OrvaneCanvas;
+
 /// The module's operations. They keep no state and may be called on any thread.
 typedef struct OrvaneCodecTable {
     /// ORVANE_CODEC_VERSION of the module.
@@ -100,6 +132,14 @@ typedef struct OrvaneCodecTable {
     int (*decode)(const uint8_t* bytes, size_t size, OrvaneDecoded* out);
     /// Frees what decode put into `decoded` and zeroes it. Does nothing to a zeroed one.
     void (*release)(OrvaneDecoded* decoded);
+    /// The same as recognises for the formats that examine knows.
+    int (*recognisesImage)(const uint8_t* start, size_t size);
+    /// Tells what image a BMP, JPEG, GIF, ICO, PNG or TIFF file holds, from its header as far as
+    /// that goes. Gives an OrvaneCodecResult; `facts` is set after OK only.
+    int (*examine)(const uint8_t* bytes, size_t size, OrvaneImageFacts* facts);
+    /// Paints the image over what the canvas shows. Gives an OrvaneCodecResult; after any but OK
+    /// the canvas may be half painted. UNSUPPORTED when its size isn't the image's.
+    int (*paint)(const uint8_t* bytes, size_t size, const OrvaneCanvas* canvas);
 } OrvaneCodecTable;
 
 /// The module's table; it lives as long as the module is loaded.

@@ -1,5 +1,6 @@
 #include "platform/linux/codecs/codecs.h"
 #include "platform/linux/codecs/decoders.h"
+#include "platform/linux/codecs/images.h"
 
 #include <new>
 
@@ -30,8 +31,24 @@ void releaseDecoded(OrvaneDecoded* decoded) {
     release(*decoded);
 }
 
-constexpr OrvaneCodecTable kTable{ORVANE_CODEC_VERSION, sizeof(OrvaneDecoded), recognises,
-                                  decodeBytes, releaseDecoded};
+int recognisesImage(const uint8_t* start, size_t size) {
+    return isAnyImage({start, size}) ? 1 : 0;
+}
+
+int examineBytes(const uint8_t* bytes, size_t size, OrvaneImageFacts* facts) {
+    OrvaneImageFacts found{};
+    const OrvaneCodecResult result = examineAny({bytes, size}, found, Limits{});
+    if (result == ORVANE_CODEC_OK) *facts = found;
+    return result;
+}
+
+int paintBytes(const uint8_t* bytes, size_t size, const OrvaneCanvas* canvas) {
+    return paintAny({bytes, size}, *canvas, Limits{});
+}
+
+constexpr OrvaneCodecTable kTable{
+    ORVANE_CODEC_VERSION, sizeof(OrvaneDecoded), recognises,   decodeBytes,
+    releaseDecoded,       recognisesImage,       examineBytes, paintBytes};
 
 }  // namespace
 

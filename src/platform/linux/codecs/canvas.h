@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/linux/codecs/codecs.h"
+
+#include <cstdint>
+
+namespace orvane::codecs {
+
+inline uint8_t* canvasRow(const OrvaneCanvas& canvas, uint32_t y) {
+    return canvas.pixels + static_cast<ptrdiff_t>(y) * canvas.stride;
+}
+
+/// Colour channels beside an alpha channel: as they are, or multiplied by it already.
+enum class AlphaKind { straight, premultiplied };
+
+/// Paints `count` pixels of blue, green, red and alpha over those at `to`, rounding to the nearest.
+void blendRow(uint8_t* to, const uint8_t* from, uint32_t count, AlphaKind kind);
+
+}  // namespace orvane::codecs
