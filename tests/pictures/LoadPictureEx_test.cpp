@@ -5,6 +5,7 @@
 #include "pictures/picture_pixels.h"
 #include "pictures/raised_failure.h"
 #include "pictures/targa_file.h"
+#include "platform/gdiplus.h"
 #include "platform/host_runtime.h"
 #include "platform/tables.h"
 #include "support/file_names.h"
@@ -181,20 +182,22 @@ TEST_F(LoadPicture, PassesTheErrorOfAPictureTooLargeThrough) {
     expectInfo(0, 0, 0, Type::orvPteNothing);
 }
 
-TEST_F(LoadPicture, AsksTheHostsLoaderBeforeItsOwnReaders) {
+TEST_F(LoadPicture, AsksTheHostsLoaderThenGdiPlusThenItsOwnReaders) {
     const WString name = write("picture.tga", targa());
     test::Recorder recorder({&platform::kernel32.GetFileAttributesA,
                              &platform::kernel32.CreateFileA, &platform::kernel32.CloseHandle,
-                             &platform::hostRuntime.LoadPicture});
+                             &platform::hostRuntime.LoadPicture,
+                             &platform::gdiplus.GdipLoadImageFromFile});
     LoadPictureEx(name, info_);
     const std::string quoted = platform::described(toAnsi(name));
     const std::string opened = "CreateFileA(" + quoted + ", *";
     // The readers of documents and of PCX files look at it, then the Targa reader does so for the
     // chain, for itself, and to read it.
-    EXPECT_TRUE(recorder.saw({"GetFileAttributesA(" + quoted + ") -> *",
-                              "LoadPicture(" + quoted + ", null) -> 481", opened, "CloseHandle(*",
-                              opened, "CloseHandle(*", opened, "CloseHandle(*", opened,
-                              "CloseHandle(*", opened, "CloseHandle(*"}));
+    EXPECT_TRUE(recorder.saw(
+        {"GetFileAttributesA(" + quoted + ") -> *", "LoadPicture(" + quoted + ", null) -> 481",
+         "GetFileAttributesA(" + quoted + ") -> *", "GdipLoadImageFromFile(*, 0) -> *", opened,
+         "CloseHandle(*", opened, "CloseHandle(*", opened, "CloseHandle(*", opened, "CloseHandle(*",
+         opened, "CloseHandle(*"}));
     EXPECT_EQ(recorder.leftOpen(), std::vector<std::string>());
 }
 

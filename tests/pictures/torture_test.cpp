@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 
 /// Every operation of a load fails in turn: what comes of it is a picture or an error that hosts
@@ -25,6 +26,13 @@ struct Outcome {
 
 class PictureTorture : public test::TempDirTest {
 protected:
+    /// GDI+ is started by the first file that is tried and runs as long as the readers live.
+    PictureTorture() {
+        const WString name = fromAnsi(dir_.write("first.txt", "text"));
+        Ref<PictureInfo> info = info_;
+        EXPECT_TRUE(test::failureOf([&] { LoadPictureEx(name, info); }));
+    }
+
     template <class Load>
     Outcome outcomeOf(Load&& load) {
         Outcome outcome;
@@ -73,7 +81,11 @@ TEST_F(PictureTorture, LoadPictureExOfNoPictureRaisesInvalidPictureOrFileNotFoun
             return outcomeOf([&] { return LoadPictureEx(name, info); });
         },
         [&](const Outcome& outcome, const TortureRun& run) {
-            const bool missing = run.failed == "GetFileAttributesA";
+            // Asked first by the front and then by the reader through GDI+, which fails quietly.
+            const auto asked = std::ranges::count_if(run.calls, [](const std::string& call) {
+                return call.starts_with("GetFileAttributesA");
+            });
+            const bool missing = run.failed == "GetFileAttributesA" && asked == 1;
             EXPECT_EQ(outcome.number, missing ? error::kFileNotFound : error::kInvalidPicture)
                 << run.failed;
         },

@@ -1,0 +1,98 @@
+#include "platform/gdiplus.h"
+
+#include "platform/gdi32.h"
+#include "support/png_file.h"
+#include "support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+/// What is ours alone in GDI+ on Linux.
+namespace orvane::platform {
+namespace {
+
+class LinuxGdiplus : public test::TempDirTest {
+protected:
+    std::u16string png() {
+        test::PngFile file;
+        file.width = 3;
+        file.height = 2;
+        const std::string name = dir_.write("a.png", file.bytes());
+        return {name.begin(), name.end()};
+    }
+};
+
+TEST_F(LinuxGdiplus, NothingWorksBeforeTheStartAndAfterTheShutdown) {
+    GdiplusImage image{};
+    GdiplusGraphics graphics{};
+    const std::u16string name = png();
+    EXPECT_EQ(gdiplus.GdipLoadImageFromFile(name, image), GdiplusStatus::notInitialized);
+    EXPECT_EQ(gdiplus.GdipCreateFromHDC(DeviceContext::none, graphics),
+              GdiplusStatus::notInitialized);
+    GdiplusToken one{};
+    GdiplusToken two{};
+    gdiplus.GdiplusStartup(one, {});
+    gdiplus.GdiplusStartup(two, {});
+    gdiplus.GdiplusShutdown(one);
+    gdiplus.GdiplusShutdown(one);
+    EXPECT_EQ(gdiplus.GdipLoadImageFromFile(name, image), GdiplusStatus::ok)
+        << "a token counts once";
+    gdiplus.GdipDisposeImage(image);
+    gdiplus.GdiplusShutdown(two);
+    EXPECT_EQ(gdiplus.GdipLoadImageFromFile(name, image), GdiplusStatus::notInitialized);
+}
+
+class StartedGdiplus : public LinuxGdiplus {
+protected:
+    StartedGdiplus() { gdiplus.GdiplusStartup(token_, {}); }
+    ~StartedGdiplus() override { gdiplus.GdiplusShutdown(token_); }
+
+    GdiplusToken token_{};
+};
+
+TEST_F(StartedGdiplus, StatusesTellWhyAFileIsNotRead) {
+    GdiplusImage image{};
+    const auto statusOf = [&](const std::string& name) {
+        return gdiplus.GdipLoadImageFromFile({name.begin(), name.end()}, image);
+    };
+    EXPECT_EQ(statusOf(dir_.file("gone.png")), GdiplusStatus::fileNotFound);
+    EXPECT_EQ(statusOf(dir_.name()), GdiplusStatus::accessDenied) << "a folder";
+    ASSERT_EQ(::mkfifo(dir_.file("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(statusOf(dir_.file("pipe")), GdiplusStatus::accessDenied) << "a pipe";
+    EXPECT_EQ(statusOf(dir_.write("text.txt", "text")), GdiplusStatus::outOfMemory);
+    EXPECT_EQ(statusOf(""), GdiplusStatus::invalidParameter);
+    EXPECT_EQ(gdiplus.GdipLoadImageFromFile(u"\xD800", image), GdiplusStatus::fileNotFound);
+}
+
+TEST_F(StartedGdiplus, AnImageNeedsItsFileNoLonger) {
+    const std::u16string name = png();
+    GdiplusImage image{};
+    ASSERT_EQ(gdiplus.GdipLoadImageFromFile(name, image), GdiplusStatus::ok);
+    std::filesystem::remove(std::filesystem::path(name));
+    EXPECT_TRUE(dir_.entries().empty());
+    EXPECT_EQ(gdiplus.GdipDisposeImage(image), GdiplusStatus::ok);
+    EXPECT_EQ(gdiplus.GdipDisposeImage(image), GdiplusStatus::invalidParameter) << "a stale handle";
+}
+
+TEST_F(StartedGdiplus, AnotherSizeIsNotImplemented) {
+    GdiplusImage image{};
+    ASSERT_EQ(gdiplus.GdipLoadImageFromFile(png(), image), GdiplusStatus::ok);
+    const DeviceContext dc = gdi32.CreateCompatibleDC(DeviceContext::none);
+    GdiplusGraphics graphics{};
+    ASSERT_EQ(gdiplus.GdipCreateFromHDC(dc, graphics), GdiplusStatus::ok);
+    EXPECT_EQ(gdiplus.GdipDrawImageRectI(graphics, image, 0, 0, 6, 4),
+              GdiplusStatus::notImplemented);
+    EXPECT_EQ(gdiplus.GdipDrawImageRectI(graphics, image, 0, 0, -3, 2),
+              GdiplusStatus::notImplemented);
+    gdi32.DeleteDC(dc);
+    EXPECT_EQ(gdiplus.GdipDrawImageRectI(graphics, image, 0, 0, 3, 2),
+              GdiplusStatus::genericError)
+        << "the context is gone";
+    EXPECT_EQ(gdiplus.GdipDeleteGraphics(graphics), GdiplusStatus::ok);
+    EXPECT_EQ(gdiplus.GdipDeleteGraphics(graphics), GdiplusStatus::invalidParameter);
+    gdiplus.GdipDisposeImage(image);
+}
+
+}  // namespace
+}  // namespace orvane::platform
