@@ -1,0 +1,238 @@
+// PNG, JPEG and TIFF files of 4096 x 4096 pixels, from the file to a picture, against a bare loop
+// over the codec library alone: the file in memory, unpacked row by row into a buffer for one row.
+
+#include "bench.h"
+
+#include "main/orvMain.h"
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <functional>
+#include <vector>
+
+#include <jpeglib.h>
+#include <png.h>
+#include <tiffio.h>
+
+namespace {
+
+constexpr unsigned kSize = 4096;
+
+using Row = std::vector<unsigned char>;
+
+/// A row of a picture with slopes, edges and a little noise.
+Row rowOf(unsigned y, unsigned channels) {
+    Row row;
+    row.reserve(kSize * channels);
+    unsigned noise = y * 7919 + 1;
+    for (unsigned x = 0; x < kSize; ++x) {
+        for (unsigned channel = 0; channel < channels; ++channel) {
+            noise = noise * 1664525 + 1013904223;
+            const unsigned edge = (x / 256 + y / 256) % 2 * 60;
+            row.push_back(
+                static_cast<unsigned char>((x + channel * y) / 24 + edge + (noise >> 30)));
+        }
+    }
+    return row;
+}
+
+void writePng(const char* path, unsigned channels) {
+    FILE* file = std::fopen(path, "wb");
+    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+    png_infop info = png_create_info_struct(png);
+    png_init_io(png, file);
+    png_set_IHDR(png, info, kSize, kSize, 8,
+                 channels == 4 ? PNG_COLOR_TYPE_RGB_ALPHA : PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
+                 PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+    png_set_compression_level(png, 3);
+    png_write_info(png, info);
+    for (unsigned y = 0; y < kSize; ++y)
+        png_write_row(png, rowOf(y, channels).data());
+    png_write_end(png, info);
+    png_destroy_write_struct(&png, &info);
+    std::fclose(file);
+}
+
+void readPng(const char* path) {
+    FILE* file = std::fopen(path, "rb");
+    png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+    png_infop info = png_create_info_struct(png);
+    png_init_io(png, file);
+    png_read_info(png, info);
+    Row row(png_get_rowbytes(png, info));
+    for (unsigned y = 0; y < kSize; ++y)
+        png_read_row(png, row.data(), nullptr);
+    png_destroy_read_struct(&png, &info, nullptr);
+    std::fclose(file);
+}
+
+void writeJpeg(const char* path, unsigned) {
+    FILE* file = std::fopen(path, "wb");
+    jpeg_compress_struct info{};
+    jpeg_error_mgr errors{};
+    info.err = jpeg_std_error(&errors);
+    jpeg_CreateCompress(&info, JPEG_LIB_VERSION, sizeof info);
+    jpeg_stdio_dest(&info, file);
+    info.image_width = info.image_height = kSize;
+    info.input_components = 3;
+    info.in_color_space = JCS_RGB;
+    jpeg_set_defaults(&info);
+    jpeg_set_quality(&info, 90, TRUE);
+    jpeg_start_compress(&info, TRUE);
+    for (unsigned y = 0; y < kSize; ++y) {
+        Row row = rowOf(y, 3);
+        JSAMPROW at = row.data();
+        jpeg_write_scanlines(&info, &at, 1);
+    }
+    jpeg_finish_compress(&info);
+    jpeg_destroy_compress(&info);
+    std::fclose(file);
+}
+
+void readJpeg(const char* path) {
+    FILE* file = std::fopen(path, "rb");
+    jpeg_decompress_struct info{};
+    jpeg_error_mgr errors{};
+    info.err = jpeg_std_error(&errors);
+    jpeg_CreateDecompress(&info, JPEG_LIB_VERSION, sizeof info);
+    jpeg_stdio_src(&info, file);
+    jpeg_read_header(&info, TRUE);
+    info.out_color_space = JCS_EXT_BGR;
+    jpeg_start_decompress(&info);
+    Row row(kSize * 3);
+    JSAMPROW at = row.data();
+    while (info.output_scanline < kSize)
+        jpeg_read_scanlines(&info, &at, 1);
+    jpeg_destroy_decompress(&info);
+    std::fclose(file);
+}
+
+void writeTiff(const char* path, int compression, int predictor, unsigned tile) {
+    TIFF* tiff = TIFFOpen(path, "w");
+    TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, kSize);
+    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, kSize);
+    TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 8);
+    TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, 3);
+    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
+    TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+    TIFFSetField(tiff, TIFFTAG_COMPRESSION, compression);
+    if (predictor != 0) TIFFSetField(tiff, TIFFTAG_PREDICTOR, predictor);
+    if (tile == 0) {
+        TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, 64);
+        for (unsigned y = 0; y < kSize; ++y)
+            TIFFWriteScanline(tiff, rowOf(y, 3).data(), y, 0);
+    } else {
+        TIFFSetField(tiff, TIFFTAG_TILEWIDTH, tile);
+        TIFFSetField(tiff, TIFFTAG_TILELENGTH, tile);
+        for (unsigned y = 0; y < kSize; y += tile) {
+            std::vector<Row> rows;
+            for (unsigned i = 0; i < tile; ++i)
+                rows.push_back(rowOf(y + i, 3));
+            for (unsigned x = 0; x < kSize; x += tile) {
+                Row block;
+                for (const Row& row : rows)
+                    block.insert(block.end(), row.begin() + x * 3, row.begin() + (x + tile) * 3);
+                TIFFWriteTile(tiff, block.data(), x, y, 0, 0);
+            }
+        }
+    }
+    TIFFClose(tiff);
+}
+
+void readTiff(const char* path) {
+    TIFF* tiff = TIFFOpen(path, "r");
+    if (TIFFIsTiled(tiff)) {
+        Row tile(static_cast<std::size_t>(TIFFTileSize(tiff)));
+        for (unsigned i = 0; i < TIFFNumberOfTiles(tiff); ++i)
+            TIFFReadEncodedTile(tiff, i, tile.data(), static_cast<tmsize_t>(tile.size()));
+    } else {
+        Row row(static_cast<std::size_t>(TIFFScanlineSize(tiff)));
+        for (unsigned y = 0; y < kSize; ++y)
+            TIFFReadScanline(tiff, row.data(), y, 0);
+    }
+    TIFFClose(tiff);
+}
+
+/// The peak memory of a process that does nothing but load the file: the command-line host.
+long peakKilobytes(const std::string& host, const std::string& path) {
+    const pid_t child = fork();
+    if (child == 0) {
+        dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
+        execl(host.c_str(), host.c_str(), "picture", "info", path.c_str(), nullptr);
+        _exit(127);
+    }
+    rusage usage{};
+    int status = 0;
+    if (wait4(child, &status, 0, &usage) != child || WEXITSTATUS(status) == 127) std::exit(1);
+    return usage.ru_maxrss;
+}
+
+void printPeak(const std::string& host, const std::string& path, long channels) {
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    const long bytes = static_cast<long>(file.tellg());
+    const long allowed = (kSize * kSize * channels * 3L + bytes) / 1024 + 16 * 1024;
+    const long peak = peakKilobytes(host, path);
+    std::printf(
+        "    peak memory of a host that loads it: %ld MiB; three times the decoded size, the "
+        "file and 16 MiB are %ld MiB\n",
+        peak / 1024, allowed / 1024);
+}
+
+struct Case {
+    const char* name;
+    long channels;
+    std::function<void(const char* path)> write;
+    void (*read)(const char* path);
+    const char* peer;
+};
+
+}  // namespace
+
+int main(int, char** arguments) {
+    const std::string host = orvane::bench::builtFile(arguments[0], "orvane");
+    const auto library = orvane::make<orvane::orvMain>();
+    char folder[] = "/tmp/orvane-bench-XXXXXX";
+    if (mkdtemp(folder) == nullptr) return 1;
+    const std::string path = std::string(folder) + "/picture";
+    const std::u16string wide(path.begin(), path.end());
+    const Case cases[] = {
+        {"PNG, 24 bits", 3, [](const char* to) { writePng(to, 3); }, readPng, "libpng"},
+        {"PNG, 32 bits with alpha", 4, [](const char* to) { writePng(to, 4); }, readPng, "libpng"},
+        {"JPEG", 3, [](const char* to) { writeJpeg(to, 3); }, readJpeg, "libjpeg-turbo"},
+        {"TIFF, LZW, strips", 3,
+         [](const char* to) { writeTiff(to, COMPRESSION_LZW, PREDICTOR_HORIZONTAL, 0); }, readTiff,
+         "libtiff"},
+        {"TIFF, Deflate, strips", 3,
+         [](const char* to) { writeTiff(to, COMPRESSION_ADOBE_DEFLATE, PREDICTOR_HORIZONTAL, 0); },
+         readTiff, "libtiff"},
+        {"TIFF, Deflate, tiles", 3,
+         [](const char* to) {
+             writeTiff(to, COMPRESSION_ADOBE_DEFLATE, PREDICTOR_HORIZONTAL, 256);
+         },
+         readTiff, "libtiff"},
+        {"TIFF, PackBits, strips", 3,
+         [](const char* to) { writeTiff(to, COMPRESSION_PACKBITS, 0, 0); }, readTiff, "libtiff"},
+        {"TIFF, not compressed", 3, [](const char* to) { writeTiff(to, COMPRESSION_NONE, 0, 0); },
+         readTiff, "libtiff"},
+    };
+    for (const Case& one : cases) {
+        one.write(path.c_str());
+        const auto ours = [&] {
+            orvane::Ref<orvane::PictureInfo> info;
+            if (library->LoadPictureEx(wide, info).isNothing()) std::exit(1);
+        };
+        const auto [own, peer] = orvane::bench::bestTimes(
+            ours, [&] { one.read(path.c_str()); }, 5);
+        orvane::bench::printRatio(one.name, own, one.peer, peer);
+        printPeak(host, path, one.channels);
+    }
+    unlink(path.c_str());
+    rmdir(folder);
+    return 0;
+}
