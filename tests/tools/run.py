@@ -2,4 +2,5 @@
 
 import tool_case
 
-tool_case.main(['test_args', 'test_describe', 'test_usage', 'test_picture_info', 'test_picture_convert', 'test_gzip', 'test_terminal'])
+tool_case.main(['test_args', 'test_describe', 'test_usage', 'test_picture_info', 'test_picture_convert',
+                'test_picture_show', 'test_gzip', 'test_terminal'])

@@ -20,7 +20,8 @@ class Usage(ToolCase):
         status, output, errors = self.run_tool('--help')
         self.assertEqual((status, errors), (0, ''))
         for text in ('orvane args', 'picture info [--json] FILES', 'picture convert IN OUT',
-                     'gzip info [--json] FILES', 'gzip cat FILE', 'Exit status'):
+                     'picture show [-o FILE] FILES', 'gzip info [--json] FILES', 'gzip cat FILE',
+                     'Exit status'):
             self.assertIn(text, output)
 
     def test_the_version_is_the_librarys(self):
@@ -43,6 +44,8 @@ class Usage(ToolCase):
         for words in (['picture'], ['picture', 'info'], ['picture', 'info', '--json'],
                       ['picture', 'info', '--'], ['picture', 'convert'],
                       ['picture', 'convert', 'a.tga'], ['picture', 'convert', 'a', 'b.bmp', 'c'],
+                      ['picture', 'show'], ['picture', 'show', '-o'], ['picture', 'show', '-o', 'a.png'],
+                      ['picture', 'show', '-o', 'a.jpg', 'b.tga'], ['picture', 'show', '-x', 'b.tga'],
                       ['gzip'], ['gzip', 'info'], ['gzip', 'info', '--json'], ['gzip', 'cat'],
                       ['gzip', 'cat', 'a.gz', 'b.gz']):
             with self.subTest(words):
@@ -55,7 +58,7 @@ class Usage(ToolCase):
         self.assertIn('--json', self.assert_bad_usage('gzip', 'cat', '--json', 'a.gz'))
 
     def test_another_extension_is_bad_usage(self):
-        for name in ('b.png', 'b', '.ppm', 'ppm', ''):
+        for name in ('b.tif', 'b', '.ppm', 'ppm', ''):
             with self.subTest(name):
                 self.assert_bad_usage('picture', 'convert', 'a.tga', name)
 

@@ -160,26 +160,44 @@ void convertWords(const Bitmap& bitmap, const std::uint8_t* from, std::uint8_t* 
     }
 }
 
-}  // namespace
-
-std::vector<std::uint8_t> ppmFromBmp(Bytes bmp) {
-    const Bitmap bitmap = readBitmap(bmp);
-    const std::string header =
-        "P6\n" + std::to_string(bitmap.width) + " " + std::to_string(bitmap.height) + "\n255\n";
-    const std::uint64_t pixels = std::uint64_t{bitmap.width} * bitmap.height;
-    if (pixels > kMostPixels) throw Failure("the bitmap is too large");
+/// Writes the rows one behind the other to `to`, three bytes a pixel.
+void convertRows(const Bitmap& bitmap, std::uint8_t* to) {
     const std::size_t row = std::size_t{bitmap.width} * 3;
-    std::vector<std::uint8_t> ppm(header.begin(), header.end());
-    ppm.resize(header.size() + row * bitmap.height);
     const auto convert = bitmap.bits <= 8    ? convertIndexed
                          : bitmap.bits == 24 ? convertTriples
                                              : convertWords;
     for (std::uint32_t y = 0; y < bitmap.height; ++y) {
         const std::size_t source = bitmap.fromTop ? y : bitmap.height - 1 - y;
-        convert(bitmap, bitmap.rows.data() + source * bitmap.stride,
-                ppm.data() + header.size() + row * y);
+        convert(bitmap, bitmap.rows.data() + source * bitmap.stride, to + row * y);
     }
+}
+
+/// The bitmap, when memory can hold three bytes for each of its pixels.
+Bitmap readConvertible(Bytes bmp) {
+    Bitmap bitmap = readBitmap(bmp);
+    const std::uint64_t pixels = std::uint64_t{bitmap.width} * bitmap.height;
+    if (pixels > kMostPixels) throw Failure("the bitmap is too large");
+    return bitmap;
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> ppmFromBmp(Bytes bmp) {
+    const Bitmap bitmap = readConvertible(bmp);
+    const std::string header =
+        "P6\n" + std::to_string(bitmap.width) + " " + std::to_string(bitmap.height) + "\n255\n";
+    std::vector<std::uint8_t> ppm(header.begin(), header.end());
+    ppm.resize(header.size() + std::size_t{bitmap.width} * 3 * bitmap.height);
+    convertRows(bitmap, ppm.data() + header.size());
     return ppm;
+}
+
+RgbImage rgbFromBmp(Bytes bmp) {
+    const Bitmap bitmap = readConvertible(bmp);
+    RgbImage image(bitmap.width, bitmap.height);
+    static_assert(sizeof(Rgb) == 3);
+    convertRows(bitmap, &image.pixels.front().red);
+    return image;
 }
 
 }  // namespace orvane::tool

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "rgb_image.h"
+
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -13,5 +15,8 @@ namespace orvane::tool {
 /// is black; a fourth channel is left out. Throws Failure for any other file, and for one that is
 /// shorter than its header says.
 std::vector<std::uint8_t> ppmFromBmp(std::span<const std::uint8_t> bmp);
+
+/// The pixels of such a BMP file. Throws Failure as above.
+RgbImage rgbFromBmp(std::span<const std::uint8_t> bmp);
 
 }  // namespace orvane::tool

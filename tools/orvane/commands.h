@@ -31,9 +31,13 @@ int runDescribe(Words words);
 /// its error.
 int runPictureInfo(Words words);
 
-/// `orvane picture convert IN OUT`: writes the picture in IN as OUT, a BMP or PPM file by its
+/// `orvane picture convert IN OUT`: writes the picture in IN as OUT, a BMP, PPM or PNG file by its
 /// extension.
 int runPictureConvert(Words words);
+
+/// `orvane picture show [-o FILE] FILES...`: a page with small forms of the pictures, as a PNG
+/// file.
+int runPictureShow(Words words);
 
 /// `orvane gzip info [--json] FILES...`: a line for each gzip file with its header and sizes, or
 /// with the reason why it can't be read.

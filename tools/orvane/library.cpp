@@ -119,10 +119,15 @@ std::string Library::version() {
     return calling([&] { return libraryVersion(host_); });
 }
 
+bool LoadedPicture::isBitmap() const {
+    const auto object = picture.query<IPicture>(IID_IPicture);
+    SHORT type = PICTYPE_NONE;
+    return object && SUCCEEDED(object->get_Type(&type)) && type == PICTYPE_BITMAP;
+}
+
 std::vector<std::uint8_t> bmpOf(const LoadedPicture& loaded) {
     const auto picture = loaded.picture.query<IPicture>(IID_IPicture);
-    SHORT type = PICTYPE_NONE;
-    if (!picture || FAILED(picture->get_Type(&type)) || type != PICTYPE_BITMAP) {
+    if (!loaded.isBitmap()) {
         throw Failure(loaded.facts.typeName + ": only bitmaps can be converted");
     }
     // The system's own pictures keep the file that they come from and would save that.

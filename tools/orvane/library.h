@@ -38,6 +38,8 @@ struct PictureFacts {
 struct LoadedPicture {
     PictureFacts facts;
     host::Pointer<IPictureDisp> picture;
+
+    bool isBitmap() const;
 };
 
 /// The library as the tool's commands use it: the one beside the program, or the file that the

@@ -16,6 +16,7 @@ constexpr const char* kUsage = "usage: orvane args [WORDS...]\n"
                                "       orvane describe [CLASS]\n"
                                "       orvane picture info [--json] FILES...\n"
                                "       orvane picture convert IN OUT\n"
+                               "       orvane picture show [-o FILE] FILES...\n"
                                "       orvane gzip info [--json] FILES...\n"
                                "       orvane gzip cat FILE\n"
                                "       orvane --help\n"
@@ -29,7 +30,9 @@ constexpr const char* kHelp =
     "picture info     type, size and depth of each picture, or its error; with\n"
     "                 --json one object a line: file, type, typeName, width, height,\n"
     "                 bpp, or file and error (number, description)\n"
-    "picture convert  writes a picture as .bmp or .ppm, by the extension of OUT\n"
+    "picture convert  writes a picture as .bmp, .ppm or .png, by the extension of OUT\n"
+    "picture show     a page of small pictures with their names, types, sizes and\n"
+    "                 depths, as the PNG file contact-sheet.png or FILE\n"
     "gzip info        sizes and header of each gzip file, or the code and text with\n"
     "                 which the library refuses it; --json as above\n"
     "gzip cat         the data of a gzip file\n"
@@ -47,6 +50,7 @@ int runPicture(Words words) {
     if (words.empty()) throw UsageError("picture: no command");
     if (words[0] == "info") return runPictureInfo(words.subspan(1));
     if (words[0] == "convert") return runPictureConvert(words.subspan(1));
+    if (words[0] == "show") return runPictureShow(words.subspan(1));
     throw UsageError("picture: unknown command " + words[0]);
 }
 

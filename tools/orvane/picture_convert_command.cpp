@@ -1,31 +1,24 @@
 #include "bmp_to_ppm.h"
 #include "commands.h"
+#include "extension.h"
 #include "library.h"
+#include "png_writer.h"
 #include "system.h"
 #include "utf8.h"
 
-#include <algorithm>
 #include <cstdint>
 
 namespace orvane::tool {
 
 namespace {
 
-enum class Format { bmp, ppm };
-
-bool endsWith(const std::string& name, std::string_view extension) {
-    const auto lower = [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter;
-    };
-    return name.size() > extension.size() &&
-           std::equal(extension.rbegin(), extension.rend(), name.rbegin(),
-                      [&](char wanted, char given) { return wanted == lower(given); });
-}
+enum class Format { bmp, ppm, png };
 
 Format formatOf(const std::string& name) {
-    if (endsWith(name, ".bmp")) return Format::bmp;
-    if (endsWith(name, ".ppm")) return Format::ppm;
-    throw UsageError("picture convert: OUT has to end in .bmp or .ppm");
+    if (hasExtension(name, ".bmp")) return Format::bmp;
+    if (hasExtension(name, ".ppm")) return Format::ppm;
+    if (hasExtension(name, ".png")) return Format::png;
+    throw UsageError("picture convert: OUT has to end in .bmp, .ppm or .png");
 }
 
 }  // namespace
@@ -41,6 +34,7 @@ int runPictureConvert(Words words) {
     try {
         content = bmpOf(library.loadPicture(in));
         if (format == Format::ppm) content = ppmFromBmp(content);
+        if (format == Format::png) content = pngOf(rgbFromBmp(content));
     } catch (const LibraryError& error) {
         throw Failure(in + ": " + error.text());
     } catch (const Failure& failure) {
