@@ -3,7 +3,14 @@
 #include "frame/values/wstring.h"
 #include "platform/gdiplus.h"
 
+#include <orvane/automation.h>
+
 #include <cstdint>
+
+// The system's headers, which come with the one above, have a macro of this name.
+#ifdef LoadImage
+#undef LoadImage
+#endif
 
 namespace orvane {
 
