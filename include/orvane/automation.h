@@ -470,6 +470,10 @@ struct IOrvaneRuntime : IUnknown {
     /// The file version in four parts (3, 1, 0, 251) and as text ("3.01.0251"; freed by the
     /// caller).
     virtual HRESULT GetVersion(USHORT parts[4], BSTR* text) = 0;
+    /// A new object of the class that is registered under a ProgID, of whatever component; the
+    /// library's own classes need no registration. 0x800A01AD (run-time error 429) for a name that
+    /// stands for no class, and for a class that gives no object.
+    virtual HRESULT CreateObject(const OLECHAR* progId, IUnknown** object) = 0;
 };
 inline constexpr IID IID_IOrvaneRuntime = {
     0x6D3C7B52, 0x0F4E, 0x4C0B, {0x9A, 0x5D, 0x31, 0x84, 0xE2, 0x7F, 0x60, 0x1C}};

@@ -233,6 +233,16 @@ public:
         return Pointer<Interface>::adopt(static_cast<Interface*>(made));
     }
 
+    /// A new object of the class that is registered under a ProgID, of whatever component. On
+    /// Windows a program that calls this links ole32, too, and has initialised it on the thread.
+    Pointer<IDispatch> createObject(const char16_t* progId) {
+        Pointer<IUnknown> made;
+        makeRegistered(progId, made.receive());
+        auto object = made.query<IDispatch>(IID_IDispatch);
+        if (!object) throw Error(E_NOINTERFACE, {}, {});
+        return object;
+    }
+
     /// The calling thread's hidden instance of a global class, made on first use. It lives until
     /// `endThread`; those of the thread that ends this object go with it.
     template <class Interface>
@@ -330,6 +340,13 @@ private:
     }
 
 #ifdef _WIN32
+    void makeRegistered(const char16_t* progId, IUnknown** object) {
+        CLSID classId{};
+        void* made = nullptr;
+        check(CLSIDFromProgID(reinterpret_cast<const OLECHAR*>(progId), &classId));
+        check(CoCreateInstance(classId, nullptr, CLSCTX_SERVER, IID_IUnknown, &made));
+        *object = static_cast<IUnknown*>(made);
+    }
     static std::wstring wide(const std::string& text) {
         const int size =
             MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
@@ -370,6 +387,9 @@ private:
 
     HMODULE module_ = nullptr;
 #else
+    void makeRegistered(const char16_t* progId, IUnknown** object) {
+        check(runtime()->CreateObject(progId, object));
+    }
     static std::string defaultPath(const char* name) {
         if (const char* set = std::getenv("ORVANE_LIBRARY"); set != nullptr && *set != 0)
             return set;

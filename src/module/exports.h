@@ -18,10 +18,10 @@ ORVANE_EXPORT HRESULT DllGetClassObject(REFCLSID classId, REFIID iid, void** obj
 /// apartment without live objects gives up its module state here.
 ORVANE_EXPORT HRESULT DllCanUnloadNow();
 
-/// Writes the library's entries into the system's registry. SELFREG_E_CLASS (0x80040201) where the
-/// platform has no class registration.
+/// Writes the library's entries into the registry: for the whole machine as root, else for the
+/// user. SELFREG_E_CLASS (0x80040201) when one can't be written; then none is left.
 ORVANE_EXPORT HRESULT DllRegisterServer();
-/// Removes them; the same status.
+/// Removes them; the same status when one can't be removed.
 ORVANE_EXPORT HRESULT DllUnregisterServer();
 }
 

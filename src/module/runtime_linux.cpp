@@ -1,6 +1,8 @@
 #include "module/class_factory.h"
 
 #include "frame/automation/abi.h"
+#include "frame/automation/create_object.h"
+#include "frame/automation/error_info.h"
 #include "frame/automation/library_type_info.h"
 
 #include <atomic>
@@ -55,6 +57,11 @@ public:
             parts[i] = library.fileVersion[i];
         *text = SysAllocString(toOle(library.versionText));
         return *text != nullptr ? S_OK : E_OUTOFMEMORY;
+    }
+    HRESULT CreateObject(const OLECHAR* progId, IUnknown** object) override {
+        if (progId == nullptr || object == nullptr) return E_POINTER;
+        *object = nullptr;
+        return guarded([&] { *object = createObject(fromOle(progId)).detach(); });
     }
 
 private:

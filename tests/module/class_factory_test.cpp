@@ -131,13 +131,6 @@ TEST(ClassFactory, RuntimeStringsArraysAndValuesWorkTogether) {
     EXPECT_EQ(copy.parray->rgsabound[0].lLbound, 5);
     EXPECT_EQ(runtime->ClearVariant(&copy), S_OK);
 }
-
-TEST(ClassFactory, RegistrationFailsWhereThereIsNoRegistry) {
-    constexpr HRESULT kSelfRegistrationOfClasses = hresultFrom(0x80040201);
-    TheLibrary library;
-    EXPECT_EQ(library.registerServer(), kSelfRegistrationOfClasses);
-    EXPECT_EQ(library.unregisterServer(), kSelfRegistrationOfClasses);
-}
 #endif
 
 }  // namespace

@@ -35,11 +35,12 @@ __all__ = ["Array", "Collection", "Empty", "Error", "ErrorValue", "Library", "MI
 
 
 def create(name: str) -> Object:
-    """A new object of the library.
+    """A new object of the library, or of another component.
 
     `name` is a class ("PictureInfo"), a ProgID ("OrvBase0301.PictureInfo") or an identifier
-    ("{83A3985F-5450-4098-94CD-C534A3F195D7}"). Raises `Error` 429 for a class that isn't there or
-    gives no objects to hosts.
+    ("{83A3985F-5450-4098-94CD-C534A3F195D7}"). Any other ProgID is that of a component that is
+    registered (`orvane register FILE` does that). Raises `Error` 429 for a class that isn't there
+    or gives no objects to hosts.
     """
     return _default().create(name)
 

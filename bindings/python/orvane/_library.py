@@ -9,9 +9,9 @@ from ctypes import c_void_p
 
 from . import _abi, _host  # noqa: F401 (host objects register themselves)
 from ._classes import make_classes, make_enumerations
-from ._dispatch import adopt
-from ._runtime import Error, check, current, error_of, memory, version_of
-from ._typeinfo import Description
+from ._dispatch import adopt, by_interface, wrap
+from ._runtime import Error, check, current, error_of, memory, query, version_of
+from ._typeinfo import Description, interface_id
 
 _FILE = "libOrvaneBase0301.so"
 _MAIN_CLASS = "{9BFF0E80-2887-4ECA-8C35-F1A21B8CFD94}"
@@ -72,13 +72,15 @@ class Library:
         near = lower.get(name.rpartition(".")[2].lower())
         if near is not None and prefix.lower() in ("", self.name.lower()):
             return self.classes[near]
-        raise Error(429, "The library has no class %s; it has %s" %
-                    (name, ", ".join(sorted(self.classes))), "orvane")
+        return None
 
     def create(self, name):
         """A new object of a class, named as "PictureInfo", "OrvBase0301.PictureInfo" or by its
-        identifier "{83A3985F-...}". Raises 429 for a class that isn't there or can't be made."""
+        identifier "{83A3985F-...}"; any other ProgID is that of a class of another component that
+        is registered. Raises 429 for a class that isn't there or can't be made."""
         described = self._class_named(name)
+        if described is None:
+            return self._create_registered(name)
         if not described.can_create and not described.is_global:
             raise Error(429, "The class %s gives no objects to hosts: the library makes them" %
                         described.name, "orvane")
@@ -91,6 +93,21 @@ class Library:
             _abi.RELEASE(factory)
         check(status, described.name)
         return adopt(self._kinds[described.interface], place.value)
+
+    def _create_registered(self, name):
+        """An object of a class of another component, by the ProgID of its registration."""
+        place = c_void_p()
+        units = (name + "\0").encode("utf-16-le", "surrogatepass")
+        status = _abi.RUNTIME_CREATE_OBJECT(memory.runtime, units, ctypes.addressof(place))
+        if status < 0:
+            raise Error(429, "No class %s is registered, and the library has none; it has %s" %
+                        (name, ", ".join(sorted(self.classes))), "orvane")
+        pointer = query(place.value, _abi.IID_IDispatch)
+        _abi.RELEASE(place.value)
+        if not pointer:
+            raise Error(430, "Objects of %s can't be called by name" % name, "orvane")
+        _learn(pointer)
+        return wrap(pointer)
 
     def __getattr__(self, name):
         if name.startswith("_") or "classes" not in self.__dict__:
@@ -119,6 +136,26 @@ class Library:
 
     def __repr__(self):
         return "<%s %s from %s>" % (self.name, self.version_text, self.path)
+
+
+def _learn(pointer):
+    """Makes the classes of the library that an object comes from, unless they are known."""
+    info, library = c_void_p(), c_void_p()
+    if _abi.GET_TYPE_INFO(pointer, 0, 0, ctypes.addressof(info)) < 0 or not info.value:
+        return
+    try:
+        known = interface_id(info.value) in by_interface
+        index = ctypes.c_uint32()
+        if known or _abi.INFO_GET_LIBRARY(info.value, ctypes.addressof(library),
+                                          ctypes.addressof(index)) < 0:
+            return
+        description = Description(library.value)
+        make_classes(description, make_enumerations(description, description.name),
+                     description.name)
+    finally:
+        _abi.RELEASE(info.value)
+        if library.value:
+            _abi.RELEASE(library.value)
 
 
 _lock = threading.RLock()

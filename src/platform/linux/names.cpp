@@ -8,6 +8,8 @@ namespace orvane::platform {
 
 namespace {
 
+constexpr char32_t kReplacement = 0xFFFD;
+
 void appendUtf8(std::string& out, char32_t codePoint) {
     const auto rest = [&](int shift) {
         out += static_cast<char>(0x80 | ((codePoint >> shift) & 0x3F));
@@ -64,7 +66,6 @@ std::size_t lengthFrom(unsigned char lead) {
 }  // namespace
 
 std::string utf8Text(std::u16string_view units) {
-    constexpr char32_t kReplacement = 0xFFFD;
     std::string out;
     for (std::size_t place = 0; place < units.size(); ++place) {
         const char16_t unit = units[place];
@@ -101,9 +102,26 @@ std::string systemName(std::string_view ansi) {
     std::string out;
     out.reserve(ansi.size());
     for (const char byte : ansi) {
+        // The code pages hold no surrogates, so a unit is a code point.
         appendUtf8(out, ansiCodePage()[static_cast<unsigned char>(byte)]);
     }
     return out;
+}
+
+std::u16string unitsOf(std::string_view utf8) {
+    std::u16string units;
+    units.reserve(utf8.size());
+    while (!utf8.empty()) {
+        const int taken = takeCodePoint(utf8);
+        const char32_t codePoint = taken < 0 ? kReplacement : static_cast<char32_t>(taken);
+        if (codePoint < 0x10000) {
+            units += static_cast<char16_t>(codePoint);
+        } else {
+            units += static_cast<char16_t>(0xD800 + ((codePoint - 0x10000) >> 10));
+            units += static_cast<char16_t>(0xDC00 + ((codePoint - 0x10000) & 0x3FF));
+        }
+    }
+    return units;
 }
 
 std::uint32_t nameError(std::string_view ansi) {

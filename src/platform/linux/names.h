@@ -24,6 +24,9 @@ bool fitsAnsi(std::string_view utf8);
 /// UTF-16 units as UTF-8; a surrogate without its partner comes out as U+FFFD.
 std::string utf8Text(std::u16string_view units);
 
+/// UTF-8 as UTF-16 units; a byte that belongs to no character becomes U+FFFD.
+std::u16string unitsOf(std::string_view utf8);
+
 /// Takes the character that `utf8` begins with away from it and gives its code point; -1 when its
 /// first byte begins no character (that byte alone is taken). `utf8` is not empty.
 int takeCodePoint(std::string_view& utf8);

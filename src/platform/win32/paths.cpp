@@ -1,5 +1,7 @@
 #include "platform/paths.h"
 
+#include "platform/win32/system.h"
+
 namespace orvane::platform {
 namespace {
 
@@ -26,6 +28,18 @@ std::size_t pathRootLength(std::u16string_view path) {
     if (path.empty() || !isPathSeparator(path[0])) return 0;
     if (path.size() < 2 || !isPathSeparator(path[1])) return 1;
     return behindPart(path, behindPart(path, 2));
+}
+
+std::u16string ownFileName() {
+    constexpr std::size_t kLongest = 32768;
+    HMODULE module = nullptr;
+    static const char place = 0;
+    ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
+                             GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                         reinterpret_cast<LPCWSTR>(&place), &module);
+    std::u16string path(kLongest, u'\0');
+    path.resize(::GetModuleFileNameW(module, reinterpret_cast<wchar_t*>(path.data()), kLongest));
+    return path;
 }
 
 }  // namespace orvane::platform

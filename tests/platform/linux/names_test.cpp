@@ -34,6 +34,14 @@ TEST(Names, BytesThatAreNoUtf8AreSubstitutedOneByOne) {
     EXPECT_FALSE(fitsAnsi("\xFF"));
 }
 
+TEST(Names, SystemTextsAreUtf16AndBack) {
+    EXPECT_EQ(unitsOf("a\u0416\u4E2D\U0001F600"), u"a\u0416\u4E2D\U0001F600");
+    EXPECT_EQ(utf8Text(u"a\u0416\u4E2D\U0001F600"), "a\u0416\u4E2D\U0001F600");
+    EXPECT_EQ(unitsOf("\xFFz"), u"\uFFFDz");
+    const char16_t lone[] = {0xD800, u'z', 0xDC00, 0};
+    EXPECT_EQ(utf8Text(lone), "\uFFFDz\uFFFD");
+}
+
 TEST(Names, EmptyNamesAndNamesWithANulAreErrors) {
     EXPECT_EQ(nameError(""), kErrorPathNotFound);
     EXPECT_EQ(nameError(std::string_view("a\0b", 3)), kErrorInvalidName);
