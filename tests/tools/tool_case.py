@@ -38,11 +38,23 @@ class ToolCase(unittest.TestCase):
     def names(self):
         return sorted(os.listdir(self.folder))
 
+    def captured(self, command, given=b'', **options):
+        """Runs a command in the test's folder: status, output and errors as bytes. They go to files:
+        the services that Wine starts with a program keep its pipes open long after it."""
+        with tempfile.TemporaryFile() as input_, tempfile.TemporaryFile() as output, \
+                tempfile.TemporaryFile() as errors:
+            input_.write(given)
+            input_.seek(0)
+            status = subprocess.run(command, cwd=self.folder, stdin=input_, stdout=output,
+                                    stderr=errors, **options).returncode
+            output.seek(0)
+            errors.seek(0)
+            return status, output.read(), errors.read()
+
     def run_tool(self, *words, **options):
         """Runs it in the test's folder; stdout and stderr are UTF-8 texts."""
-        done = subprocess.run([*tool, *words], cwd=self.folder, stdin=subprocess.DEVNULL,
-                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, **options)
-        return done.returncode, done.stdout.decode(), done.stderr.decode()
+        status, output, errors = self.captured([*tool, *words], **options)
+        return status, output.decode(), errors.decode()
 
     def assert_prints(self, words, lines, status=0):
         self.assertEqual(self.run_tool(*words), (status, ''.join(line + '\n' for line in lines), ''))

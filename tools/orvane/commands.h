@@ -5,7 +5,7 @@
 #include <string>
 
 /// The tool's commands, a file each. Each takes the words behind its name and gives the exit
-/// status: 0, or 1 when a file failed.
+/// status: 0, or 1 when something failed.
 namespace orvane::tool {
 
 inline constexpr int kSuccess = 0;
@@ -24,7 +24,8 @@ struct UsageError : std::invalid_argument {
 int runArgs();
 
 /// `orvane describe [CLASS]`: the library's classes, or one class's members with their numbers,
-/// types, defaults and help strings.
+/// types, defaults and help strings. A ProgID of another component is looked up in the registry,
+/// and an object made to ask it.
 int runDescribe(Words words);
 
 /// `orvane picture info [--json] FILES...`: a line for each file with what was found in it, or with
@@ -45,5 +46,14 @@ int runGzipInfo(Words words);
 
 /// `orvane gzip cat FILE`: writes the data of a gzip file to the standard output.
 int runGzipCat(Words words);
+
+/// `orvane register [FILE]`, `orvane unregister [FILE]`: writes the classes of a component, the
+/// library itself without FILE, into the registry, or removes them.
+int runRegister(Words words);
+int runUnregister(Words words);
+
+/// `orvane registry list|get|set|delete|export|import ...`: keys and values of the registry, and
+/// registry files.
+int runRegistry(Words words);
 
 }  // namespace orvane::tool

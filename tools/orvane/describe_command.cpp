@@ -26,10 +26,10 @@ std::string catalogueText(const LibraryFacts& facts) {
     return text;
 }
 
-std::string classText(const LibraryFacts& library, const ClassFacts& facts) {
+std::string classText(const std::string& progId, const ClassFacts& facts) {
     std::string text = facts.name + "  " + facts.instancing + "\n";
     if (!facts.help.empty()) text += "    " + facts.help + "\n";
-    text += "    ProgID     " + library.name + "." + facts.name + "\n";
+    text += "    ProgID     " + progId + "\n";
     text += "    class      " + facts.classId + "\n";
     text += "    interface  " + facts.interfaceId + " " + facts.interfaceName + "\n";
     for (const std::string& member : facts.members)
@@ -41,19 +41,23 @@ std::string classText(const LibraryFacts& library, const ClassFacts& facts) {
 
 int runDescribe(Words words) {
     if (words.size() > 1) throw UsageError("describe: more than one class");
-    const std::string asked = words.empty() ? std::string() : words[0];
+    std::string asked = words.empty() ? std::string() : words[0];
     Library library;
-    const LibraryFacts facts = library.describe(asked);
+    LibraryFacts facts = library.describe(asked.substr(asked.rfind('.') + 1));
     if (words.empty()) {
         writeToOutput(catalogueText(facts));
         return kSuccess;
     }
+    const std::string prefix = facts.name + ".";
     for (const ClassFacts& each : facts.classes) {
-        if (!sameName(each.name, asked)) continue;
-        writeToOutput(classText(facts, each));
+        if (!sameName(each.name, asked) && !sameName(prefix + each.name, asked)) continue;
+        writeToOutput(classText(prefix + each.name, each));
         return kSuccess;
     }
-    throw UsageError("describe: no class " + asked);
+    if (asked.find('.') == std::string::npos) throw UsageError("describe: no class " + asked);
+    facts = library.describeRegistered(asked);
+    writeToOutput(classText(asked, facts.classes[0]));
+    return kSuccess;
 }
 
 }  // namespace orvane::tool

@@ -54,8 +54,11 @@ JsonObject& JsonObject::text(std::string_view key, std::string_view value) {
     return member(key, jsonString(value));
 }
 
-JsonObject& JsonObject::number(std::string_view key, std::int32_t value) {
-    return member(key, std::to_string(value));
+JsonObject& JsonObject::texts(std::string_view key, std::span<const std::string> values) {
+    std::string list;
+    for (const std::string& value : values)
+        list += (list.empty() ? "" : ",") + jsonString(value);
+    return member(key, "[" + list + "]");
 }
 
 JsonObject& JsonObject::object(std::string_view key, const JsonObject& value) {

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <cstdint>
+#include <concepts>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -16,7 +17,11 @@ std::string jsonString(std::string_view text);
 class JsonObject {
 public:
     JsonObject& text(std::string_view key, std::string_view value);
-    JsonObject& number(std::string_view key, std::int32_t value);
+    template <std::integral Number>
+    JsonObject& number(std::string_view key, Number value) {
+        return member(key, std::to_string(value));
+    }
+    JsonObject& texts(std::string_view key, std::span<const std::string> values);
     JsonObject& object(std::string_view key, const JsonObject& value);
 
     std::string done() const { return members_ + "}"; }

@@ -115,6 +115,18 @@ LibraryFacts Library::describe(const std::string& classWithMembers) {
     });
 }
 
+LibraryFacts Library::describeRegistered(const std::string& progId) {
+    return calling([&] {
+        host_.create<_orvMain>();  // the class that answers for the platform's calls
+        const auto object = host_.createObject(toUtf16(progId).c_str());
+        host::Pointer<ITypeInfo> info;
+        if (FAILED(object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.receive())) || !info) {
+            throw Failure(progId + ": the object tells nothing about its class");
+        }
+        return describeObject(*info);
+    });
+}
+
 std::string Library::version() {
     return calling([&] { return libraryVersion(host_); });
 }

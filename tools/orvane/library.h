@@ -58,6 +58,10 @@ public:
     /// The classes, and the members of the one with this name.
     LibraryFacts describe(const std::string& classWithMembers);
 
+    /// The class that is registered under a ProgID, with its members, and its library's name; of an
+    /// object that tells no types, a Failure.
+    LibraryFacts describeRegistered(const std::string& progId);
+
     /// The version text of the library's file.
     std::string version();
 

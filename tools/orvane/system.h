@@ -33,6 +33,13 @@ bool isTerminal(Stream stream);
 /// Writes to the standard output at once. Throws ReaderGone or Failure.
 void writeToOutput(std::string_view text);
 
+/// Everything that comes in on the standard input. Throws Failure.
+std::string readInput();
+
+/// The full name of a file, for a module to be loaded by: a name alone would be looked for where
+/// the system keeps its own.
+std::string fullName(const std::string& name);
+
 /// Writes to the standard error output; failures have no place where they could be told.
 void writeToErrors(std::string_view text);
 

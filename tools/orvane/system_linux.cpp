@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <memory>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -42,6 +43,19 @@ int writeAll(int descriptor, const char* bytes, std::size_t size) {
 
 bool isPlain(std::string_view name) {
     return std::ranges::all_of(name, [](char byte) { return static_cast<signed char>(byte) > 0; });
+}
+
+/// Adds all that can be read; 0 or the error number.
+int readAll(int descriptor, std::string& bytes) {
+    constexpr std::size_t kStep = 1u << 20;
+    for (;;) {
+        const std::size_t size = bytes.size();
+        bytes.resize(size + kStep);
+        const ssize_t count = ::read(descriptor, bytes.data() + size, kStep);
+        const int error = count < 0 ? errno : 0;
+        bytes.resize(size + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        if (count == 0 || (error != 0 && error != EINTR)) return error;
+    }
 }
 
 /// A new file in the folder of `name`, open for writing.
@@ -109,6 +123,18 @@ void writeToOutput(std::string_view text) {
     if (error != 0) fail("standard output", error);
 }
 
+std::string readInput() {
+    std::string bytes;
+    if (const int error = readAll(STDIN_FILENO, bytes); error != 0) fail("standard input", error);
+    return bytes;
+}
+
+std::string fullName(const std::string& name) {
+    const std::unique_ptr<char, void (*)(void*)> path(::realpath(name.c_str(), nullptr), std::free);
+    if (path == nullptr) fail(name, errno);
+    return path.get();
+}
+
 void writeToErrors(std::string_view text) {
     writeAll(STDERR_FILENO, text.data(), text.size());
 }
@@ -138,16 +164,7 @@ std::string readFile(const std::string& name) {
     const int descriptor = ::open(name.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) fail(name, errno);
     std::string bytes;
-    int error = 0;
-    for (;;) {
-        constexpr std::size_t kStep = 1u << 20;
-        const std::size_t size = bytes.size();
-        bytes.resize(size + kStep);
-        const ssize_t count = ::read(descriptor, bytes.data() + size, kStep);
-        error = count < 0 ? errno : 0;
-        bytes.resize(size + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-        if (count == 0 || (error != 0 && error != EINTR)) break;
-    }
+    const int error = readAll(descriptor, bytes);
     ::close(descriptor);
     if (error != 0) fail(name, error);
     return bytes;

@@ -84,6 +84,22 @@ DWORD writeTo(Stream stream, std::string_view text) {
                               : writeAll(handle, text.data(), text.size());
 }
 
+/// Adds all that can be read; the error number, or ERROR_SUCCESS.
+DWORD readAll(HANDLE file, std::string& bytes) {
+    constexpr DWORD kStep = 1u << 20;
+    for (;;) {
+        const std::size_t size = bytes.size();
+        bytes.resize(size + kStep);
+        DWORD count = 0;
+        const bool read = ReadFile(file, bytes.data() + size, kStep, &count, nullptr) != 0;
+        const DWORD error = read ? ERROR_SUCCESS : GetLastError();
+        bytes.resize(size + count);
+        // A pipe ends with an error, when its writer closes it.
+        if (error == ERROR_BROKEN_PIPE || (read && count == 0)) return ERROR_SUCCESS;
+        if (!read) return error;
+    }
+}
+
 /// Whether the code page has every character of `name`. A trip back finds what a look-alike
 /// replaced.
 bool fitsCodePage(const std::wstring& name) {
@@ -103,6 +119,14 @@ std::wstring shortName(const std::wstring& name) {
     std::wstring path(GetShortPathNameW(name.c_str(), nullptr, 0), L'\0');
     path.resize(GetShortPathNameW(name.c_str(), path.data(), static_cast<DWORD>(path.size())));
     return path;
+}
+
+void checkOutput(DWORD error) {
+    // The second one comes from a pipe that is closing, the third one from Wine.
+    if (error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA || error == ERROR_PIPE_NOT_CONNECTED) {
+        throw ReaderGone();
+    }
+    if (error != ERROR_SUCCESS) fail("standard output", error);
 }
 
 /// A new file in the folder of `name`, open for writing.
@@ -173,12 +197,22 @@ bool isTerminal(Stream stream) {
 }
 
 void writeToOutput(std::string_view text) {
-    const DWORD error = writeTo(Stream::output, text);
-    // The second one comes from a pipe that is closing, the third one from Wine.
-    if (error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA || error == ERROR_PIPE_NOT_CONNECTED) {
-        throw ReaderGone();
-    }
-    if (error != ERROR_SUCCESS) fail("standard output", error);
+    checkOutput(writeTo(Stream::output, text));
+}
+
+std::string readInput() {
+    std::string bytes;
+    const DWORD error = readAll(GetStdHandle(STD_INPUT_HANDLE), bytes);
+    if (error != ERROR_SUCCESS) fail("standard input", error);
+    return bytes;
+}
+
+std::string fullName(const std::string& name) {
+    std::wstring path(32768, L'\0');
+    path.resize(GetFullPathNameW(wide(name).c_str(), static_cast<DWORD>(path.size()), path.data(),
+                                 nullptr));
+    if (path.empty()) fail(name, GetLastError());
+    return utf8(path);
 }
 
 void writeToErrors(std::string_view text) {
@@ -206,17 +240,7 @@ std::string readFile(const std::string& name) {
                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) fail(name, GetLastError());
     std::string bytes;
-    DWORD error = ERROR_SUCCESS;
-    for (DWORD count = 1; count > 0;) {
-        constexpr DWORD kStep = 1u << 20;
-        const std::size_t size = bytes.size();
-        bytes.resize(size + kStep);
-        if (ReadFile(file, bytes.data() + size, kStep, &count, nullptr) == 0) {
-            error = GetLastError();
-            count = 0;
-        }
-        bytes.resize(size + count);
-    }
+    const DWORD error = readAll(file, bytes);
     CloseHandle(file);
     if (error != ERROR_SUCCESS) fail(name, error);
     return bytes;

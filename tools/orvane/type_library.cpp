@@ -227,4 +227,23 @@ LibraryFacts describeLibrary(ITypeLib& library, const std::string& classWithMemb
     return facts;
 }
 
+LibraryFacts describeObject(ITypeInfo& defaultInterface) {
+    host::Pointer<ITypeLib> library;
+    UINT index = 0;
+    check(defaultInterface.GetContainingTypeLib(library.receive(), &index));
+    const std::string interfaceId = guidText(attributesOf(defaultInterface)->guid);
+    LibraryFacts facts = describeLibrary(*library, {});
+    std::erase_if(facts.classes,
+                  [&](const ClassFacts& each) { return each.interfaceId != interfaceId; });
+    if (facts.classes.empty()) {
+        ClassFacts unnamed;
+        unnamed.name = documentation(defaultInterface, MEMBERID_NIL, false);
+        unnamed.interfaceId = interfaceId;
+        facts.classes.push_back(unnamed);
+    }
+    facts.classes.resize(1);
+    facts.classes[0].members = membersOf(defaultInterface);
+    return facts;
+}
+
 }  // namespace orvane::tool

@@ -30,6 +30,10 @@ struct LibraryFacts {
 };
 LibraryFacts describeLibrary(ITypeLib& library, const std::string& classWithMembers);
 
+/// The library that an object's default interface lies in, with the one class that has it and that
+/// class's members.
+LibraryFacts describeObject(ITypeInfo& defaultInterface);
+
 /// Whether two names are the same without regard to the case of Latin letters.
 bool sameName(const std::string& left, const std::string& right);
 

@@ -9,14 +9,6 @@ namespace orvane::tool {
 
 namespace {
 
-/// The value of a hexadecimal digit, -1 for another unit.
-int digitOf(char16_t unit) {
-    if (unit >= u'0' && unit <= u'9') return unit - u'0';
-    if (unit >= u'a' && unit <= u'f') return unit - u'a' + 10;
-    if (unit >= u'A' && unit <= u'F') return unit - u'A' + 10;
-    return -1;
-}
-
 class Reader {
 public:
     Reader(const RegistryText& text, CodePage ansi)
@@ -163,15 +155,15 @@ private:
     std::uint32_t number() {
         std::uint32_t value = 0;
         std::size_t digits = 0;
-        for (; !atEnd() && digitOf(text_[at_]) >= 0; ++at_, ++digits)
-            value = value << 4 | static_cast<std::uint32_t>(digitOf(text_[at_]));
+        for (; !atEnd() && hexDigit(text_[at_]) >= 0; ++at_, ++digits)
+            value = value << 4 | static_cast<std::uint32_t>(hexDigit(text_[at_]));
         if (digits == 0 || digits > 8) fail("no number of one to eight hexadecimal digits");
         return value;
     }
 
     Bytes hexBytes() {
         Bytes bytes;
-        if (!skipToByte() && (atEnd() || digitOf(text_[at_]) < 0)) return bytes;
+        if (!skipToByte() && (atEnd() || hexDigit(text_[at_]) < 0)) return bytes;
         do {
             skipToByte();
             bytes.push_back(byte());
@@ -195,9 +187,9 @@ private:
 
     std::uint8_t byte() {
         int value = -1;
-        for (int digits = 0; !atEnd() && digitOf(text_[at_]) >= 0; ++digits, ++at_) {
+        for (int digits = 0; !atEnd() && hexDigit(text_[at_]) >= 0; ++digits, ++at_) {
             if (digits == 2) fail("a byte of more than two digits");
-            value = std::max(value, 0) * 16 + digitOf(text_[at_]);
+            value = std::max(value, 0) * 16 + hexDigit(text_[at_]);
         }
         if (value < 0) fail("no byte of two hexadecimal digits");
         return static_cast<std::uint8_t>(value);

@@ -86,6 +86,14 @@ struct FileKey {
 
 using RegistryFile = std::vector<FileKey>;
 
+/// The value of a hexadecimal digit, -1 for any other character.
+constexpr int hexDigit(char32_t letter) {
+    if (letter >= U'0' && letter <= U'9') return static_cast<int>(letter - U'0');
+    if (letter >= U'a' && letter <= U'f') return static_cast<int>(letter - U'a') + 10;
+    if (letter >= U'A' && letter <= U'F') return static_cast<int>(letter - U'A') + 10;
+    return -1;
+}
+
 /// UTF-16 units and bytes, least significant byte first. An odd byte at the end is left out.
 void addUnit(Bytes& bytes, char16_t unit);
 std::u16string unitsOf(std::span<const std::uint8_t> bytes);
