@@ -89,7 +89,7 @@ def wrap(pointer):
 
 
 def _class_of(pointer):
-    from . import _picture
+    from . import _library_collection, _picture
     from ._typeinfo import interface_id
     info = c_void_p()
     if _abi.GET_TYPE_INFO(pointer, 0, 0, ctypes.addressof(info)) >= 0 and info.value:
@@ -97,10 +97,12 @@ def _class_of(pointer):
         _abi.RELEASE(info.value)
         if kind is not None:
             return kind
-    picture = query(pointer, _abi.IID_IPicture)
-    if picture:
-        _abi.RELEASE(picture)
-        return _picture.Picture
+    for identifier, kind in [(_abi.IID_IPicture, _picture.Picture),
+                             (_abi.IID_ICollection, _library_collection.LibraryCollection)]:
+        known = query(pointer, identifier)
+        if known:
+            _abi.RELEASE(known)
+            return kind
     return Object
 
 

@@ -27,6 +27,7 @@ VARIANT longValue(LONG value);
 void checkGZip(Library& library);
 void checkMain(Library& library);
 void checkNetwork(Library& library);
+void checkRegistry(Library& library);
 void checkSettings(Library& library);
 void checkUtilities(Library& library);
 

@@ -56,6 +56,7 @@ int main(int count, char** arguments) {
         checkMain(library);
         checkGZip(library);
         checkNetwork(library);
+        checkRegistry(library);
         checkSettings(library);
         checkUtilities(library);
         library.endThread();
