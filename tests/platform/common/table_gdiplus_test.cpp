@@ -71,15 +71,6 @@ TEST_F(GdiplusTable, WhatIsNoImageIsRefused) {
     EXPECT_EQ(image, GdiplusImage::none);
 }
 
-TEST_F(GdiplusTable, ANameOutsideTheCodePageIsFound) {
-    dir_.write("a.png", redAndClear().bytes());
-    const std::filesystem::path other = dir_.path() / u"日本.png";
-    std::filesystem::copy_file(dir_.path() / "a.png", other);
-    GdiplusImage image{};
-    EXPECT_EQ(gdiplus.GdipLoadImageFromFile(other.u16string(), image), GdiplusStatus::ok);
-    EXPECT_EQ(gdiplus.GdipDisposeImage(image), GdiplusStatus::ok);
-}
-
 /// Draws the image at a place of a surface of 24 bits filled with the ground's colour.
 class GdiplusDrawing : public GdiplusTable {
 protected:

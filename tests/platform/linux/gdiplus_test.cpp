@@ -65,6 +65,14 @@ TEST_F(StartedGdiplus, StatusesTellWhyAFileIsNotRead) {
     EXPECT_EQ(gdiplus.GdipLoadImageFromFile(u"\xD800", image), GdiplusStatus::fileNotFound);
 }
 
+TEST_F(StartedGdiplus, ANameOutsideTheCodePageIsFound) {
+    const std::filesystem::path other = dir_.path() / u"\u65E5\u672C.png";
+    std::filesystem::copy_file(std::filesystem::path(png()), other);
+    GdiplusImage image{};
+    EXPECT_EQ(gdiplus.GdipLoadImageFromFile(other.u16string(), image), GdiplusStatus::ok);
+    EXPECT_EQ(gdiplus.GdipDisposeImage(image), GdiplusStatus::ok);
+}
+
 TEST_F(StartedGdiplus, AnImageNeedsItsFileNoLonger) {
     const std::u16string name = png();
     GdiplusImage image{};
@@ -86,8 +94,7 @@ TEST_F(StartedGdiplus, AnotherSizeIsNotImplemented) {
     EXPECT_EQ(gdiplus.GdipDrawImageRectI(graphics, image, 0, 0, -3, 2),
               GdiplusStatus::notImplemented);
     gdi32.DeleteDC(dc);
-    EXPECT_EQ(gdiplus.GdipDrawImageRectI(graphics, image, 0, 0, 3, 2),
-              GdiplusStatus::genericError)
+    EXPECT_EQ(gdiplus.GdipDrawImageRectI(graphics, image, 0, 0, 3, 2), GdiplusStatus::genericError)
         << "the context is gone";
     EXPECT_EQ(gdiplus.GdipDeleteGraphics(graphics), GdiplusStatus::ok);
     EXPECT_EQ(gdiplus.GdipDeleteGraphics(graphics), GdiplusStatus::invalidParameter);
