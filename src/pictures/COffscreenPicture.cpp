@@ -139,7 +139,7 @@ Picture COffscreenPicture::Picture() const {
 }
 
 void COffscreenPicture::putPicture(const orvane::Picture& picture) {
-    // one.
+    // The old surface goes whatever becomes of the new one.
     Destroy();
     if (picture.isNothing() || picture.type() != orvane::Picture::Type::bitmap) raiseBadArgument();
     start(u"Can't create compatible device context.");

@@ -1,5 +1,7 @@
 #include "frame/values/codepage.h"
 #include "pictures/LoadPictureEx.h"
+#include "pictures/pcx_file.h"
+#include "pictures/psd_file.h"
 #include "pictures/raised_failure.h"
 #include "pictures/targa_file.h"
 #include "platform/tables.h"
@@ -49,8 +51,26 @@ protected:
         test::TargaFile{.width = 3, .height = 2, .body = test::countedBytes(18)}.bytes();
 };
 
-TEST_F(PictureTorture, LoadPictureExGivesAPictureOrAnErrorThatHostsKnow) {
-    const WString name = fromAnsi(dir_.write("picture.tga", targa_));
+/// A file for each of the library's own readers, which are tried last.
+class ReaderTorture : public PictureTorture,
+                      public testing::WithParamInterface<std::vector<std::uint8_t> (*)()> {};
+
+std::vector<std::uint8_t> targaFile() {
+    return test::TargaFile{.width = 3, .height = 2, .body = test::countedBytes(18)}.bytes();
+}
+std::vector<std::uint8_t> pcxFile() {
+    return test::indexedPcx(3, 2, 4).bytes();
+}
+std::vector<std::uint8_t> psdFile() {
+    const test::Bytes plane = test::literalPackets(test::countedBytes(6), 4);
+    return test::PsdFile{
+        .height = 2, .width = 3, .data = test::packedPlanes(3, 2, {plane, plane, plane})}
+        .bytes();
+}
+INSTANTIATE_TEST_SUITE_P(Readers, ReaderTorture, testing::Values(&targaFile, &pcxFile, &psdFile));
+
+TEST_P(ReaderTorture, LoadPictureExGivesAPictureOrAnErrorThatHostsKnow) {
+    const WString name = fromAnsi(dir_.write("picture", GetParam()()));
     std::set<std::int32_t> seen;
     bool gotThrough = false;
     const std::size_t failed = test::torture(
