@@ -1,13 +1,26 @@
 #include "network/ProxySettings.h"
 
 #include "frame/automation/describe.h"
+#include "frame/values/conversions.h"
 #include "frame/values/text.h"
+#include "network/modPasswordCryptor.h"
+#include "settings/orvOrvaneSettings.h"
 
 namespace orvane {
 namespace {
 
 constexpr const char16_t* kSubKey = u"HTTP Proxy";
 constexpr WStringView kLocal = u"<local>";
+
+using enum RegistryType_Const;
+
+// The values below the sub-key, in the order in which they are written and read.
+constexpr const char16_t* kAccessType = u"AccessType";
+constexpr const char16_t* kAddress = u"Address";
+constexpr const char16_t* kBypassList = u"BypassList";
+constexpr const char16_t* kBypassLocal = u"BypassLocal";
+constexpr const char16_t* kUserName = u"UserName";
+constexpr const char16_t* kPassword = u"Password";
 
 automation::ClassTable describe() {
     using automation::optional;
@@ -35,10 +48,6 @@ automation::ClassTable describe() {
             {{"SubKey", kSubKey}, optional("AppObject"), {"UserSetting", true}})
         .method<&ProxySettings::HTTP_ShowConfigDialog>("HTTP_ShowConfigDialog")
         .build();
-}
-
-[[noreturn]] void notCarriedOut() {
-    raise(error::kActionNotSupported);
 }
 
 }  // namespace
@@ -83,16 +92,44 @@ void ProxySettings::putHTTP_AccessType(psAccessType value) {
     accessType_ = known ? value : psAccessType::psatPreconfigByIE;
 }
 
-bool ProxySettings::HTTP_SaveProxySettings2(WStringView, const Object&, bool) {
-    notCarriedOut();
+bool ProxySettings::HTTP_SaveProxySettings2(WStringView subKey, const Object& appObject,
+                                            bool userSetting) {
+    const auto settings = make<orvOrvaneSettings>();
+    const auto save = [&](const char16_t* name, RegistryType_Const type, const Variant& value) {
+        settings->SaveSetting2(subKey, name, type, value, appObject, userSetting);
+    };
+    save(kAccessType, rtLong, static_cast<std::int32_t>(accessType_));
+    save(kAddress, rtString, address_);
+    save(kBypassList, rtString, bypassList_);
+    save(kBypassLocal, rtBoolean, bypassLocal_);
+    save(kUserName, rtString, userName_);
+    save(kPassword, rtString, EncryptPassword(password_));
+    return true;
 }
 
-bool ProxySettings::HTTP_LoadProxySettings2(WStringView, const Object&, bool) {
-    notCarriedOut();
+bool ProxySettings::HTTP_LoadProxySettings2(WStringView subKey, const Object& appObject,
+                                            bool userSetting) {
+    const auto settings = make<orvOrvaneSettings>();
+    bool anyFound = false;
+    const auto load = [&](const char16_t* name, RegistryType_Const type, const Variant& fallback) {
+        bool found = false;
+        Variant value =
+            settings->LoadSetting2(subKey, name, type, appObject, fallback, userSetting, found);
+        anyFound = anyFound || found;
+        return value;
+    };
+    const auto loadText = [&](const char16_t* name) { return toText(load(name, rtString, u"")); };
+    putHTTP_AccessType(static_cast<psAccessType>(toLong(load(kAccessType, rtLong, 0))));
+    address_ = loadText(kAddress);
+    bypassList_ = loadText(kBypassList);
+    bypassLocal_ = toBoolean(load(kBypassLocal, rtBoolean, false));
+    userName_ = loadText(kUserName);
+    password_ = DecryptPassword(loadText(kPassword));
+    return anyFound;
 }
 
 void ProxySettings::HTTP_ShowConfigDialog() {
-    notCarriedOut();
+    raise(error::kActionNotSupported);
 }
 
 WString ProxySettings::GetProxyName() const {

@@ -202,10 +202,10 @@ void checkProxySettings(Library& library) {
            "HTTP_ShowConfigDialog");
     const std::int32_t saved = errorOf(
         library, proxy->HTTP_SaveProxySettings2(Text(u"key"), nullptr, VARIANT_TRUE, &flag));
-    expect(saved == kNotCarriedOut, "HTTP_SaveProxySettings2");
+    expect(saved == 91, "HTTP_SaveProxySettings2 without an application raises 91");
     const std::int32_t loaded = errorOf(
         library, proxy->HTTP_LoadProxySettings2(Text(u"key"), nullptr, VARIANT_TRUE, &flag));
-    expect(loaded == kNotCarriedOut, "HTTP_LoadProxySettings2");
+    expect(loaded == 91, "HTTP_LoadProxySettings2 without an application raises 91");
 }
 
 }  // namespace

@@ -153,6 +153,26 @@ class ProxySettings(unittest.TestCase):
         proxy.HTTP_AccessType = 2
         self.assertEqual(proxy.HTTP_AccessType, orvane.psAccessType.psatPreconfigByIE)
 
+    def test_settings_come_back_from_the_application_s_key(self):
+        proxy = orvane.create("ProxySettings")
+        proxy.HTTP_AccessType = orvane.psAccessType.psatProxy
+        proxy.HTTP_Address = "proxy:3128"
+        proxy.HTTP_Password = "secret"
+        try:
+            self.assertIs(proxy.HTTP_SaveProxySettings2(AppObject=Application()), True)
+            other = orvane.create("ProxySettings")
+            self.assertIs(other.HTTP_LoadProxySettings2(AppObject=Application()), True)
+            self.assertEqual((other.HTTP_AccessType, other.HTTP_Address, other.HTTP_Password),
+                             (3, "proxy:3128", "secret"))
+            self.assertIs(other.HTTP_LoadProxySettings2("Other", Application()), False)
+            self.assertEqual((other.HTTP_AccessType, other.HTTP_Address, other.HTTP_Password),
+                             (0, "", ""))
+        finally:
+            orvane.create("orvRegistry").DeleteKeyRecurse(
+                orvane.RegistryRoot_Const.HKEY_CURRENT_USER,
+                "Software\\Tarn Hollow\\Orvane\\" + Application.Title)
+        self.assertEqual(raised_by(proxy.HTTP_SaveProxySettings2), 91)
+
 
 class Forms(unittest.TestCase):
     def builder(self):

@@ -81,6 +81,18 @@ Check "proxy", request.ProxySettings.HTTP_Address, "proxy:3128"
 Set request.ProxySettings = Nothing
 Check "no proxy again", request.ProxySettings Is Nothing, True
 
+application.Title = "Orvane script proxy"
+proxy.HTTP_Password = "secret"
+Check "saved proxy", proxy.HTTP_SaveProxySettings2(, application), True
+Set proxy = CreateObject("OrvBase0301.ProxySettings")
+Check "loaded proxy", proxy.HTTP_LoadProxySettings2(, application), True
+Check "loaded password", proxy.HTTP_Password, "secret"
+Check "loaded address", proxy.HTTP_Address, "proxy:3128"
+Check "loaded flag", proxy.HTTP_BypassLocal, True
+Check "proxy of another key", proxy.HTTP_LoadProxySettings2("Other", application), False
+Check "reset address", proxy.HTTP_Address, ""
+CreateObject("OrvBase0301.orvRegistry").DeleteKeyRecurse &H80000001, "Software\Tarn Hollow\Orvane\Orvane script proxy"
+
 On Error Resume Next
 request.BufferSize = 0
 Check "buffer size of nothing", Err.Number, 5
