@@ -17,11 +17,13 @@ class Application:
         self._values = {"Title": title, "Major": major, "Minor": minor}
         self.reads = []
 
-    def __getattr__(self, name):
-        if name.startswith("_") or name not in self._values:
-            raise AttributeError(name)
+    def _read(self, name):
         self.reads.append(name)
         return self._values[name]
+
+    Title = property(lambda self: self._read("Title"))
+    Major = property(lambda self: self._read("Major"))
+    Minor = property(lambda self: self._read("Minor"))
 
 
 def raised_by(function, *arguments):
