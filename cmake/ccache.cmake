@@ -3,7 +3,9 @@
 if(NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
     find_program(ORVANE_CCACHE ccache)
     if(ORVANE_CCACHE)
-        set(CMAKE_C_COMPILER_LAUNCHER ${ORVANE_CCACHE})
-        set(CMAKE_CXX_COMPILER_LAUNCHER ${ORVANE_CCACHE})
+        # It keeps what was compiled with a precompiled header only on these terms.
+        set(CMAKE_C_COMPILER_LAUNCHER
+            ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${ORVANE_CCACHE})
+        set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_C_COMPILER_LAUNCHER})
     endif()
 endif()

@@ -77,10 +77,9 @@ void fillPalette(const TiffFile& file, const TiffLayout& layout,
     for (size_t i = 0; i < count; ++i)
         all |= static_cast<uint32_t>(red[i] | green[i] | blue[i]);
     const uint32_t shift = all > 255 ? 8 : 0;
-    for (size_t i = 0; i < count; ++i) {
-        pixels[i] =
-            pixel(red[i] >> shift & 255u, green[i] >> shift & 255u, blue[i] >> shift & 255u);
-    }
+    const auto byte = [shift](uint16_t channel) { return uint32_t{channel} >> shift & 255; };
+    for (size_t i = 0; i < count; ++i)
+        pixels[i] = pixel(byte(red[i]), byte(green[i]), byte(blue[i]));
 }
 
 }  // namespace
