@@ -10,14 +10,14 @@
 namespace orvane::pcx {
 namespace {
 
-/// Bytes with both of these bits begin a run; the others are its length.
-constexpr std::uint8_t kRunBits = 0xC0;
+/// The length of a run lies in the six bits below the two that both are set where one begins.
 constexpr std::size_t kLongestRun = 63;
 
 /// What `Runs` may write behind the bytes that it gives.
 constexpr std::size_t kSlack = 64;
 
-/// How many of eight bytes, from the first on, begin no run.
+/// How many of eight bytes, from the first on, begin no run: the two highest bits of such a byte
+/// are not both set.
 std::size_t literalsIn(std::uint64_t eight) {
     static_assert(std::endian::native == std::endian::little, "the first byte is the lowest");
     const std::uint64_t runs = eight & (eight << 1) & 0x8080808080808080;

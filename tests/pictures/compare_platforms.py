@@ -14,11 +14,29 @@ HOST_FORMATS = (1, 2, 3)
 TOLERANCE = {'png': 1}
 
 DEEP = "16 bits a channel: Wine's GDI+ unpacks them to 32 bits before it tells the depth"
-ORDER = "Wine takes the bytes of big-endian samples in the wrong order"
+HALVES = "samples of 16 bits with a point: Wine takes them as whole numbers"
 WINE_TIFF = "Wine's TIFF reader doesn't take this kind"
+ICON = "the host's loader on Linux refuses this icon, and GDI+ gives its first image as a bitmap"
+CURSOR = "the host's loader on Linux refuses this cursor"
 
 # name below the corpus: (what differs, why)
 DIFFERENCES = {
+    'cur/pillow--mask_1.cur': ('only Wine loads it', CURSOR),
+    'cur/pillow--mask_L.cur': ('only Wine loads it', CURSOR),
+    'ico/magnum-plugins--pngs.ico': ('size 16 x 8 and -1 x -1', ICON),
+    'ico/pillow--hopper_draw.ico': ('size 16 x 16 and -1 x -1', ICON),
+    'ico/serenity--multiple-sizes-with-same-bpp.ico': ('size 16 x 16 and -1 x -1', ICON),
+    'tif/image--clusterfuzz-testcase-minimized-fuzzer_script_tiff-5026894169374720.tif':
+        ('only Linux loads it', WINE_TIFF),
+    'tif/image--ycbcr_jpeg_8bit.tif': ('only Linux loads it', WINE_TIFF),
+    'tif/image-tiff--seq-1c-5b-73098d17.tiff': ('only Linux loads it', WINE_TIFF),
+    'tif/image-tiff--seq-3c-14b-contig-f4dcc6cc.tiff': ('only Linux loads it', WINE_TIFF),
+    'tif/image-tiff--seq-3c-5b-contig-09f197f4.tiff': ('only Linux loads it', WINE_TIFF),
+    'tif/imagemagick--input_truecolor_16.tiff': ('depth 48 and 32', DEEP),
+    'tif/libgd--12bit.cropped.tiff': ('only Linux loads it', WINE_TIFF),
+    'tif/libgd--white-fp16-pred3.tiff': ('pixels, by 195', HALVES),
+    'tif/pillow--tiff_tiled_planar_16bit_RGB.tiff': ('only Linux loads it', WINE_TIFF),
+    'tif/twelvemonkeys--noeof.tif': ('only Linux loads it', WINE_TIFF),
 }
 
 

@@ -61,7 +61,7 @@ Check "newest older version", settings.LoadSetting2("k", "n", rtString, app), "f
 app.Major = 1
 Check "newer versions are not used", settings.LoadSetting2("k", "n", rtString, app, "fallback"), "fallback"
 Check "explicit form", settings.LoadSetting("k", "n", rtString, unique, 1, 5), "from 1.2"
-Check "object as a default", TypeName(settings.LoadSetting("k", "n", rtString, unique, 0, 0, settings)), "orvOrvaneSettings"
+Check "object as a default", settings.LoadSetting("k", "n", rtString, unique, 0, 0, settings).GetSettingPath("t", 1, 2), settings.GetSettingPath("t", 1, 2)
 
 On Error Resume Next
 settings.GetSettingPath2

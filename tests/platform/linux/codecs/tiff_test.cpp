@@ -260,7 +260,7 @@ TEST(Tiff, AHeaderThatClaimsMoreThanTheFileHoldsIsRefusedBeforeMemoryIsTaken) {
     file.width = 15000;
     file.rowsPerStrip = file.height = 2;
     std::vector<uint8_t> bytes = file.bytes();
-    const uint32_t directory = bytes[4] | bytes[5] << 8 | bytes[6] << 16;
+    const auto directory = static_cast<uint32_t>(bytes[4] | bytes[5] << 8 | bytes[6] << 16);
     // The second entry is the height.
     bytes[directory + 2 + 12 + 8] = 0x98;
     bytes[directory + 2 + 12 + 9] = 0x3A;
