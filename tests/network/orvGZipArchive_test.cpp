@@ -489,7 +489,7 @@ TEST_F(GZipArchive, OneObjectReadsManyMembers) {
 
 TEST_F(GZipArchive, EveryByteGoesThroughInBothDirections) {
     std::string all;
-    for (int i = 0; i < 70000; ++i)
+    for (std::uint32_t i = 0; i < 70000; ++i)
         all += static_cast<char>(i * i >> 3);
     for (const int level : {0, 1, 9}) {
         EXPECT_EQ(uncompress(Member(all, level)), gzueSuccess) << level;
