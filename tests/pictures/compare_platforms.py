@@ -16,16 +16,9 @@ TOLERANCE = {'png': 1}
 DEEP = "16 bits a channel: Wine's GDI+ unpacks them to 32 bits before it tells the depth"
 HALVES = "samples of 16 bits with a point: Wine takes them as whole numbers"
 WINE_TIFF = "Wine's TIFF reader doesn't take this kind"
-ICON = "the host's loader on Linux refuses this icon, and GDI+ gives its first image as a bitmap"
-CURSOR = "the host's loader on Linux refuses this cursor"
 
 # name below the corpus: (what differs, why)
 DIFFERENCES = {
-    'cur/pillow--mask_1.cur': ('only Wine loads it', CURSOR),
-    'cur/pillow--mask_L.cur': ('only Wine loads it', CURSOR),
-    'ico/magnum-plugins--pngs.ico': ('size 16 x 8 and -1 x -1', ICON),
-    'ico/pillow--hopper_draw.ico': ('size 16 x 16 and -1 x -1', ICON),
-    'ico/serenity--multiple-sizes-with-same-bpp.ico': ('size 16 x 16 and -1 x -1', ICON),
     'tif/image--clusterfuzz-testcase-minimized-fuzzer_script_tiff-5026894169374720.tif':
         ('only Linux loads it', WINE_TIFF),
     'tif/image--ycbcr_jpeg_8bit.tif': ('only Linux loads it', WINE_TIFF),

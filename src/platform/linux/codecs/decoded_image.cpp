@@ -2,20 +2,16 @@
 #include "platform/linux/codecs/channels.h"
 #include "platform/linux/codecs/decoders.h"
 #include "platform/linux/codecs/images.h"
-#include "platform/linux/codecs/reader.h"
 
 #include <cstring>
 #include <vector>
 
-// The other formats of GDI+, through the decoders of the host's loader: BMP, JPEG, GIF, and icons,
-// which may be PNG images inside. Cursors and metafiles are none of them.
+// The other formats of GDI+, through the decoders of the host's loader: BMP, JPEG, GIF and icons.
+// Cursors and metafiles are none of them.
 
 namespace orvane::codecs {
 
 namespace {
-
-constexpr uint32_t kDirectory = 6;
-constexpr uint32_t kEntry = 16;
 
 /// A decoded file, freed with it.
 class Decoded {
@@ -98,51 +94,26 @@ private:
     Channels channels_;
 };
 
-/// The first image of an icon file that is a PNG file; empty when there is none.
-std::span<const uint8_t> pngInIcon(std::span<const uint8_t> file) {
-    const Reader whole(file);
-    constexpr uint16_t kIconType = 1;
-    if (!isIcon(file) || whole.u16(2) != kIconType) return {};
-    for (uint32_t i = 0; i < whole.u16(4); ++i) {
-        const uint64_t entry = kDirectory + uint64_t{i} * kEntry;
-        const std::span<const uint8_t> image =
-            whole.bytes(whole.u32(entry + 12), whole.u32(entry + 8));
-        if (isPng(image)) return image;
-    }
-    return {};
-}
-
 }  // namespace
 
 OrvaneCodecResult examineDecoded(std::span<const uint8_t> file, OrvaneImageFacts& facts,
                                  const Limits& limits) {
     const Decoded decoded(file, limits);
     const OrvaneDecoded& picture = decoded.picture;
-    if (decoded.result == ORVANE_CODEC_OK && isImage(picture)) {
-        const uint32_t format = formatOf(file);
-        facts = {static_cast<uint32_t>(picture.width), static_cast<uint32_t>(picture.height),
-                 format, pixelFormatOf(picture, format)};
-        return ORVANE_CODEC_OK;
-    }
-    const std::span<const uint8_t> png = pngInIcon(file);
-    if (png.empty()) {
-        return decoded.result == ORVANE_CODEC_OK ? ORVANE_CODEC_NOT_RECOGNISED : decoded.result;
-    }
-    const OrvaneCodecResult result = examinePng(png, facts, limits);
-    facts.format = ORVANE_IMAGE_ICON;
-    facts.pixelFormat = pixel_format::k32bppArgb;
-    return result;
+    if (decoded.result != ORVANE_CODEC_OK) return decoded.result;
+    if (!isImage(picture)) return ORVANE_CODEC_NOT_RECOGNISED;
+    const uint32_t format = formatOf(file);
+    facts = {static_cast<uint32_t>(picture.width), static_cast<uint32_t>(picture.height), format,
+             pixelFormatOf(picture, format)};
+    return ORVANE_CODEC_OK;
 }
 
 OrvaneCodecResult paintDecoded(std::span<const uint8_t> file, const OrvaneCanvas& canvas,
                                const Limits& limits) {
     const Decoded decoded(file, limits);
     const OrvaneDecoded& picture = decoded.picture;
-    if (decoded.result != ORVANE_CODEC_OK || !isImage(picture)) {
-        const std::span<const uint8_t> png = pngInIcon(file);
-        return png.empty() ? ORVANE_CODEC_UNSUPPORTED : paintPng(png, canvas, limits);
-    }
-    if (static_cast<uint32_t>(picture.width) != canvas.width ||
+    if (decoded.result != ORVANE_CODEC_OK) return decoded.result;
+    if (!isImage(picture) || static_cast<uint32_t>(picture.width) != canvas.width ||
         static_cast<uint32_t>(picture.height) != canvas.height) {
         return ORVANE_CODEC_UNSUPPORTED;
     }

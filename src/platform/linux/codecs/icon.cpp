@@ -1,20 +1,22 @@
 #include "platform/linux/codecs/decoders.h"
 #include "platform/linux/codecs/dib.h"
+#include "platform/linux/codecs/images.h"
 #include "platform/linux/codecs/reader.h"
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <tuple>
 #include <vector>
 
 // ICO and CUR: a directory (6 bytes, then 16 an entry) and images, each a device-independent bitmap
-// without a file header, its height counting the colour rows and the mask's rows behind them.
+// without a file header, its height counting the colour rows and the mask's rows behind them, or a
+// whole PNG file, whose alpha makes the mask.
 //
 // Of several images the loader takes the one closest to 32 x 32, the system's default icon size:
 // the least sum of the differences in width and height, then the larger one, then the deeper one,
 // then the first. Sizes and depths come from the images themselves, since directories often leave
-// the depth out. An image that can't be read gives way to the next best. PNG images are never
-// taken: the loader is older than they are.
+// the depth out. An image that can't be read gives way to the next best.
 
 namespace orvane::codecs {
 
@@ -24,12 +26,15 @@ constexpr uint32_t kDirectory = 6;
 constexpr uint32_t kEntry = 16;
 constexpr uint16_t kIconType = 1;
 constexpr uint16_t kCursorType = 2;
-constexpr uint32_t kPngSignature = 0x474e5089;
 constexpr int64_t kDefaultSize = 32;
+/// More PNG images than an icon has sizes. Each one that is damaged may take long until that shows.
+constexpr int kMostPngs = 16;
 
 struct Candidate {
-    Reader dib;
+    Reader image;
+    /// Of a PNG image width, height and bits are set alone.
     DibHeader header;
+    bool png;
     uint16_t hotspotX;
     uint16_t hotspotY;
 };
@@ -48,23 +53,60 @@ struct Directory {
     OrvaneCodecResult otherwise = ORVANE_CODEC_DAMAGED;
 };
 
-void readEntry(const Reader& file, uint64_t at, Directory& directory) {
+uint32_t bigEndian(const Reader& reader, uint64_t at) {
+    return uint32_t{reader.u8(at)} << 24 | uint32_t{reader.u8(at + 1)} << 16 |
+           uint32_t{reader.u8(at + 2)} << 8 | reader.u8(at + 3);
+}
+
+/// What the first chunk of a PNG file says. Its sense is seen to when the image is read.
+DibHeader pngHeader(const Reader& png) {
+    constexpr uint8_t kChannels[] = {1, 0, 3, 1, 2, 0, 4};
+    const uint8_t colour = png.u8(25);
+    DibHeader header;
+    header.width = bigEndian(png, 16);
+    header.height = bigEndian(png, 20);
+    header.bits = colour < std::size(kChannels) ? uint32_t{png.u8(24)} * kChannels[colour] : 0;
+    return header;
+}
+
+uint64_t colourBytes(const DibHeader& header) {
+    return paddedRowBytes(header.width, header.bits) * header.height;
+}
+
+uint64_t maskBytes(const DibHeader& header) {
+    return paddedRowBytes(header.width, 1) * header.height;
+}
+
+/// Reads the header of the image that `dib` begins with, its height that of the picture.
+OrvaneCodecResult readIconHeader(const Reader& dib, DibHeader& header) {
+    const OrvaneCodecResult result = readDibHeader(dib, header);
+    if (result != ORVANE_CODEC_OK) return result;
+    if (header.compression != DibCompression::kNone) return ORVANE_CODEC_UNSUPPORTED;
+    header.height /= 2;
+    return header.height != 0 ? ORVANE_CODEC_OK : ORVANE_CODEC_DAMAGED;
+}
+
+/// The image of the entry at `at`; empty when it leaves the file. A cursor's image goes to the end
+/// of the file: on Windows another function reads cursors, one that doesn't look at the size.
+Reader imageOf(const Reader& file, uint64_t at, bool cursor) {
     const uint32_t size = file.u32(at + 8);
     const uint32_t offset = file.u32(at + 12);
-    if (!file.holds(at, kEntry) || !file.holds(offset, size)) return;
-    const Reader image = file.part(offset, size);
-    if (image.u32(0) == kPngSignature) {
-        directory.otherwise = ORVANE_CODEC_UNSUPPORTED;
-        return;
+    if (!file.holds(at, kEntry)) return Reader({});
+    if (cursor) return file.part(offset);
+    return file.holds(offset, size) ? file.part(offset, size) : Reader({});
+}
+
+void readEntry(const Reader& file, uint64_t at, bool cursor, Directory& directory) {
+    Candidate candidate{imageOf(file, at, cursor), {}, false, file.u16(at + 4), file.u16(at + 6)};
+    OrvaneCodecResult result = ORVANE_CODEC_OK;
+    if (isPng(candidate.image.bytes(0))) {
+        candidate.png = true;
+        candidate.header = pngHeader(candidate.image);
+    } else {
+        result = readIconHeader(candidate.image, candidate.header);
     }
-    DibHeader header;
-    OrvaneCodecResult result = readDibHeader(image, header);
-    if (result == ORVANE_CODEC_OK && header.compression != DibCompression::kNone)
-        result = ORVANE_CODEC_UNSUPPORTED;
+    if (result == ORVANE_CODEC_OK) directory.candidates.push_back(candidate);
     if (result == ORVANE_CODEC_UNSUPPORTED) directory.otherwise = result;
-    header.height /= 2;
-    if (result == ORVANE_CODEC_OK && header.height != 0)
-        directory.candidates.push_back({image, header, file.u16(at + 4), file.u16(at + 6)});
 }
 
 /// Copies the mask's rows. `rows` holds them all.
@@ -101,24 +143,41 @@ void alphaFromMask(OrvaneDecoded& out) {
     }
 }
 
-OrvaneCodecResult readImage(const Candidate& candidate, OrvaneDecoded& out, const Limits& limits) {
+/// Makes `out` a bitmap of 32 bits with a mask.
+OrvaneCodecResult makeImage(OrvaneDecoded& out, uint32_t width, uint32_t height,
+                            const Limits& limits) {
+    const OrvaneCodecResult made = makeBitmap(out, width, height, 32, limits);
+    return made == ORVANE_CODEC_OK ? addMask(out, limits) : made;
+}
+
+OrvaneCodecResult readDib(const Candidate& candidate, OrvaneDecoded& out, const Limits& limits) {
     const DibHeader& header = candidate.header;
-    const uint64_t colourBytes = paddedRowBytes(header.width, header.bits) * header.height;
-    const uint64_t maskBytes = paddedRowBytes(header.width, 1) * header.height;
+    const uint64_t colours = colourBytes(header);
     const uint64_t start = header.tableEnd();
-    const bool masked = candidate.dib.holds(start, colourBytes + maskBytes);
+    const bool masked = candidate.image.holds(start, colours + maskBytes(header));
     // Some programs leave the mask out of an image that has alpha.
-    if (!masked && !(header.bits == 32 && candidate.dib.holds(start, colourBytes)))
+    if (!masked && !(header.bits == 32 && candidate.image.holds(start, colours)))
         return ORVANE_CODEC_DAMAGED;
-    OrvaneCodecResult made = makeBitmap(out, header.width, header.height, 32, limits);
-    if (made == ORVANE_CODEC_OK) made = addMask(out, limits);
+    const OrvaneCodecResult made = makeImage(out, header.width, header.height, limits);
     if (made != ORVANE_CODEC_OK) return made;
-    readColours(candidate.dib, header, start, out);
-    const bool hasAlpha = expandRows(candidate.dib.bytes(start), header, out);
-    if (masked) copyMask(candidate.dib.bytes(start + colourBytes), header.topDown, out);
+    readColours(candidate.image, header, start, out);
+    const bool hasAlpha = expandRows(candidate.image.bytes(start), header, out);
+    if (masked) copyMask(candidate.image.bytes(start + colours), header.topDown, out);
     else if (hasAlpha) maskFromAlpha(out);
     if (!hasAlpha) alphaFromMask(out);
     return ORVANE_CODEC_OK;
+}
+
+OrvaneCodecResult readPng(const Candidate& candidate, OrvaneDecoded& out, const Limits& limits) {
+    const std::span<const uint8_t> png = candidate.image.bytes(0);
+    OrvaneImageFacts facts{};
+    OrvaneCodecResult result = examinePng(png, facts, limits);
+    if (result == ORVANE_CODEC_OK) result = makeImage(out, facts.width, facts.height, limits);
+    if (result != ORVANE_CODEC_OK) return result;
+    result = unpackPng(
+        png, {facts.width, facts.height, out.pixels, static_cast<ptrdiff_t>(out.stride)}, limits);
+    if (result == ORVANE_CODEC_OK) maskFromAlpha(out);
+    return result;
 }
 
 void describe(const Candidate& candidate, bool isIcon, OrvaneDecoded& out) {
@@ -147,11 +206,14 @@ OrvaneCodecResult decodeIcon(std::span<const uint8_t> file, OrvaneDecoded& out,
     if (!isIcon(file)) return ORVANE_CODEC_NOT_RECOGNISED;
     Directory directory;
     for (uint32_t index = 0; index < count; ++index)
-        readEntry(whole, kDirectory + uint64_t{index} * kEntry, directory);
+        readEntry(whole, kDirectory + uint64_t{index} * kEntry, type == kCursorType, directory);
     std::stable_sort(directory.candidates.begin(), directory.candidates.end(),
                      [](const Candidate& a, const Candidate& b) { return rank(a) < rank(b); });
+    int pngs = 0;
     for (const Candidate& candidate : directory.candidates) {
-        const OrvaneCodecResult result = readImage(candidate, out, limits);
+        if (candidate.png && ++pngs > kMostPngs) continue;
+        const auto read = candidate.png ? readPng : readDib;
+        const OrvaneCodecResult result = read(candidate, out, limits);
         if (result == ORVANE_CODEC_OK) {
             describe(candidate, type == kIconType, out);
             return ORVANE_CODEC_OK;

@@ -36,6 +36,10 @@ OrvaneCodecResult examinePng(std::span<const uint8_t> file, OrvaneImageFacts& fa
                              const Limits& limits);
 OrvaneCodecResult paintPng(std::span<const uint8_t> file, const OrvaneCanvas& canvas,
                            const Limits& limits);
+/// Stores the image over the canvas, alpha in the fourth byte of a pixel (255 without any), not
+/// multiplied into the colours: an image of an icon.
+OrvaneCodecResult unpackPng(std::span<const uint8_t> file, const OrvaneCanvas& canvas,
+                            const Limits& limits);
 
 /// TIFF: the first page; see tiff.cpp.
 OrvaneCodecResult examineTiff(std::span<const uint8_t> file, OrvaneImageFacts& facts,
@@ -43,7 +47,7 @@ OrvaneCodecResult examineTiff(std::span<const uint8_t> file, OrvaneImageFacts& f
 OrvaneCodecResult paintTiff(std::span<const uint8_t> file, const OrvaneCanvas& canvas,
                             const Limits& limits);
 
-/// What the host's loader reads, but for metafiles, and icons that are PNG images inside.
+/// What the host's loader reads, but for cursors and metafiles.
 OrvaneCodecResult examineDecoded(std::span<const uint8_t> file, OrvaneImageFacts& facts,
                                  const Limits& limits);
 OrvaneCodecResult paintDecoded(std::span<const uint8_t> file, const OrvaneCanvas& canvas,

@@ -102,17 +102,32 @@ uint32_t pixelFormatOf(const Header& header) {
     return header.depth == 8 ? k8bppIndexed : k32bppArgb;
 }
 
-/// Has every row come as blue, green, red and alpha of 8 bits.
-void unpackRows(Job& job, const Header& header) {
+/// What the fourth byte of an opaque image's pixels is.
+enum class Filler : png_uint_32 { zero = 0, opaque = 255 };
+
+/// Has every row come as blue, green, red and alpha (or the filler) of 8 bits. Gives the number of
+/// passes.
+int unpackRows(Job& job, const Header& header, const OrvaneCanvas& canvas, Filler filler) {
+    if (header.width != canvas.width || header.height != canvas.height) {
+        leave(job, ORVANE_CODEC_UNSUPPORTED);
+    }
     png_set_expand(job.png);
     png_set_strip_16(job.png);
     png_set_gray_to_rgb(job.png);
     png_set_bgr(job.png);
-    if (!header.transparent) png_set_filler(job.png, 0, PNG_FILLER_AFTER);
+    if (!header.transparent) {
+        png_set_filler(job.png, static_cast<png_uint_32>(filler), PNG_FILLER_AFTER);
+    }
+    const int passes = png_set_interlace_handling(job.png);
+    png_read_update_info(job.png, job.info);
+    if (png_get_rowbytes(job.png, job.info) != size_t{canvas.width} * 4) {
+        leave(job, ORVANE_CODEC_UNSUPPORTED);
+    }
+    return passes;
 }
 
-/// Rows that cover everything go straight into the canvas, pass by pass where there are several.
-void readOpaque(Job& job, const OrvaneCanvas& canvas, int passes) {
+/// Rows go straight into the canvas, pass by pass where there are several.
+void readInto(Job& job, const OrvaneCanvas& canvas, int passes) {
     for (int pass = 0; pass < passes; ++pass) {
         for (uint32_t y = 0; y < canvas.height; ++y)
             png_read_row(job.png, canvasRow(canvas, y), nullptr);
@@ -141,17 +156,9 @@ void readTransparent(Job& job, const OrvaneCanvas& canvas, int passes, const Lim
 void paint(Job& job, std::span<const uint8_t> file, const OrvaneCanvas& canvas,
            const Limits& limits) {
     const Header header = readHeader(job, file, limits);
-    if (header.width != canvas.width || header.height != canvas.height) {
-        leave(job, ORVANE_CODEC_UNSUPPORTED);
-    }
-    unpackRows(job, header);
-    const int passes = png_set_interlace_handling(job.png);
-    png_read_update_info(job.png, job.info);
-    if (png_get_rowbytes(job.png, job.info) != size_t{canvas.width} * 4) {
-        leave(job, ORVANE_CODEC_UNSUPPORTED);
-    }
+    const int passes = unpackRows(job, header, canvas, Filler::zero);
     if (header.transparent) readTransparent(job, canvas, passes, limits);
-    else readOpaque(job, canvas, passes);
+    else readInto(job, canvas, passes);
 }
 
 /// Runs `step(job)`, which may leave by longjmp, and frees what it took.
@@ -183,6 +190,15 @@ OrvaneCodecResult paintPng(std::span<const uint8_t> file, const OrvaneCanvas& ca
                            const Limits& limits) {
     if (!isPng(file)) return ORVANE_CODEC_NOT_RECOGNISED;
     return guarded([&](Job& job) { paint(job, file, canvas, limits); });
+}
+
+OrvaneCodecResult unpackPng(std::span<const uint8_t> file, const OrvaneCanvas& canvas,
+                            const Limits& limits) {
+    if (!isPng(file)) return ORVANE_CODEC_NOT_RECOGNISED;
+    return guarded([&](Job& job) {
+        const Header header = readHeader(job, file, limits);
+        readInto(job, canvas, unpackRows(job, header, canvas, Filler::opaque));
+    });
 }
 
 }  // namespace orvane::codecs

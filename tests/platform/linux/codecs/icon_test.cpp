@@ -1,4 +1,5 @@
 #include "platform/linux/codecs/decoded.h"
+#include "support/png_file.h"
 
 #include <vector>
 
@@ -53,9 +54,37 @@ Bytes file(int type, const std::vector<Image>& images, int hotspotX = 1, int hot
     return bytes;
 }
 
-Image png() {
+/// A PNG image, its samples those of `png`.
+Image pngImage(const orvane::test::PngFile& png) {
     Image image;
-    image.dib.u8({0x89, 'P', 'N', 'G', 13, 10, 26, 10}).zeroes(40);
+    image.width = static_cast<int>(png.width);
+    image.height = static_cast<int>(png.height);
+    for (const uint8_t byte : png.bytes())
+        image.dib.u8({byte});
+    return image;
+}
+
+/// A PNG file of a colour type as PNG numbers them.
+orvane::test::PngFile pngFile(uint32_t width, uint32_t height, int colour) {
+    orvane::test::PngFile png;
+    png.width = width;
+    png.height = height;
+    png.colour = colour;
+    return png;
+}
+
+/// A PNG image, every sample of it 100.
+Image plainPng(uint32_t width, uint32_t height, int colour = 6) {
+    orvane::test::PngFile png = pngFile(width, height, colour);
+    png.sample = [](uint32_t, uint32_t, int) { return 100; };
+    return pngImage(png);
+}
+
+/// A PNG image whose pixels can't be unpacked: the block's length isn't confirmed.
+Image damagedPng(uint32_t width, uint32_t height) {
+    constexpr size_t kLengthAgain = 46;
+    Image image = plainPng(width, height);
+    image.dib.patch(kLengthAgain, 0, 2);
     return image;
 }
 
@@ -187,11 +216,120 @@ TEST(Icon, SizesComeFromTheImageNotTheDirectory) {
     EXPECT_EQ(decoded.picture.height, 8);
 }
 
-TEST(Icon, APngIsOnlyEverPassedOver) {
-    EXPECT_EQ(Decoded(file(1, {png()})).result, ORVANE_CODEC_UNSUPPORTED);
-    const Decoded decoded(file(1, {png(), plain(8, 8, 24, kRed)}));
+TEST(Icon, APngImageHasItsAlphaAndAMaskFromIt) {
+    orvane::test::PngFile png = pngFile(10, 2, 6);
+    png.sample = [](uint32_t x, uint32_t y, int channel) {
+        return channel == 3 ? static_cast<int>(x + y) * 20 : channel * 10 + static_cast<int>(x);
+    };
+    for (const bool interlaced : {false, true}) {
+        png.interlaced = interlaced;
+        const Decoded decoded(file(1, {pngImage(png)}));
+        ASSERT_EQ(decoded.result, ORVANE_CODEC_OK);
+        EXPECT_EQ(decoded.picture.kind, ORVANE_PICTURE_ICON);
+        EXPECT_EQ(decoded.picture.isIcon, 1);
+        EXPECT_EQ(decoded.picture.width, 10);
+        EXPECT_EQ(decoded.picture.height, 2);
+        EXPECT_EQ(decoded.picture.bitsPerPixel, 32);
+        EXPECT_EQ(decoded.picture.hotspotX, 5);
+        EXPECT_EQ(decoded.picture.hotspotY, 1);
+        for (int y = 0; y < 2; ++y) {
+            for (int x = 0; x < 10; ++x) {
+                EXPECT_EQ(decoded.colour(x, y), (Colour{x, 10 + x, 20 + x}));
+                EXPECT_EQ(decoded.alpha(x, y), (x + y) * 20);
+                EXPECT_EQ(decoded.masked(x, y), x + y == 0 ? 1 : 0);
+            }
+        }
+    }
+}
+
+TEST(Icon, AnOpaquePngImageIsMaskedNowhere) {
+    const struct {
+        int colour;
+        int bits;
+        Colour expected;
+    } rows[] = {{0, 8, {100, 100, 100}}, {2, 24, {100, 100, 100}}, {3, 8, kRed}};
+    for (const auto& row : rows) {
+        orvane::test::PngFile png = pngFile(3, 3, row.colour);
+        if (row.colour == 3) png.palette = {255, 0, 0};
+        png.sample = [&row](uint32_t, uint32_t, int) { return row.colour == 3 ? 0 : 100; };
+        const Decoded decoded(file(1, {pngImage(png)}));
+        ASSERT_EQ(decoded.result, ORVANE_CODEC_OK);
+        EXPECT_EQ(decoded.picture.bitsPerPixel, row.bits);
+        EXPECT_EQ(decoded.colour(2, 2), row.expected);
+        EXPECT_EQ(decoded.alpha(2, 2), 255);
+        EXPECT_EQ(decoded.masked(2, 2), 0);
+    }
+}
+
+TEST(Icon, ACursorMayBeAPngImageInside) {
+    const Decoded decoded(file(2, {plainPng(32, 32)}, 5, 7));
+    ASSERT_EQ(decoded.result, ORVANE_CODEC_OK);
+    EXPECT_EQ(decoded.picture.isIcon, 0);
+    EXPECT_EQ(decoded.picture.hotspotX, 5);
+    EXPECT_EQ(decoded.picture.hotspotY, 7);
+}
+
+TEST(Icon, PngImagesAreChosenFromLikeOthers) {
+    const auto width = [](const std::vector<Image>& images) {
+        return Decoded(file(1, images)).picture.width;
+    };
+    EXPECT_EQ(width({plain(16, 16, 24, kRed), plainPng(33, 33)}), 33);
+    EXPECT_EQ(width({plainPng(256, 256), plain(16, 16, 24, kRed)}), 16);
+    EXPECT_EQ(Decoded(file(1, {plain(32, 32, 24, kRed), plainPng(32, 32)})).picture.bitsPerPixel,
+              32);
+    EXPECT_EQ(Decoded(file(1, {plain(32, 32, 24, kRed), plainPng(32, 32, 2)})).colour(0, 0), kRed);
+}
+
+TEST(Icon, ADamagedPngGivesWayToTheNextImage) {
+    const Decoded decoded(file(1, {damagedPng(32, 32), plain(8, 8, 24, kRed)}));
     ASSERT_EQ(decoded.result, ORVANE_CODEC_OK);
     EXPECT_EQ(decoded.picture.width, 8);
+    EXPECT_EQ(Decoded(file(1, {damagedPng(32, 32)})).result, ORVANE_CODEC_DAMAGED);
+    Image headerAlone = plainPng(32, 32);
+    headerAlone.dib = Bytes().u8({0x89, 'P', 'N', 'G', 13, 10, 26, 10});
+    EXPECT_EQ(Decoded(file(1, {headerAlone})).result, ORVANE_CODEC_DAMAGED);
+}
+
+TEST(Icon, OnlySoManyPngImagesAreTried) {
+    const auto width = [](size_t damaged) {
+        std::vector<Image> images(damaged, damagedPng(32, 32));
+        images.push_back(plainPng(8, 8));
+        images.push_back(plain(4, 4, 24, kRed));
+        return Decoded(file(1, images)).picture.width;
+    };
+    EXPECT_EQ(width(15), 8);
+    EXPECT_EQ(width(16), 4);
+}
+
+TEST(Icon, ACursorsImageGoesToTheEndOfTheFileWhateverTheDirectorySays) {
+    constexpr size_t kSizeInDirectory = 14;
+    for (const int bits : {1, 8, 24, 32}) {
+        for (const int64_t size : {0, 8, 63, 0x7fffffff}) {
+            Bytes bytes = file(2, {plain(2, 4, bits, kRed)}, 1, 2);
+            bytes.patch(kSizeInDirectory, size, 4);
+            const Decoded decoded(bytes);
+            ASSERT_EQ(decoded.result, ORVANE_CODEC_OK) << bits << ' ' << size;
+            EXPECT_EQ(decoded.picture.width, 2);
+            EXPECT_EQ(decoded.picture.height, 4);
+            EXPECT_EQ(decoded.colour(1, 3), kRed);
+            EXPECT_EQ(decoded.masked(1, 3), 0);
+        }
+    }
+}
+
+TEST(Icon, AnIconsImageEndsWhereTheDirectorySays) {
+    constexpr size_t kSizeInDirectory = 14;
+    for (const int64_t size : {0, 8, 63, 0x7fffffff}) {
+        Bytes bytes = file(1, {plain(2, 4, 24, kRed)});
+        bytes.patch(kSizeInDirectory, size, 4);
+        EXPECT_EQ(Decoded(bytes).result, ORVANE_CODEC_DAMAGED) << size;
+    }
+    Image unmasked{2, 1, 32, header(2, 1, 32)};
+    unmasked.dib.u8({1, 2, 3, 255, 4, 5, 6, 255});
+    const Image other{1, 1, 24, Bytes().u8({255, 255, 255, 255}).zeroes(60)};
+    const Decoded decoded(file(1, {unmasked, other}));
+    ASSERT_EQ(decoded.result, ORVANE_CODEC_OK);
+    EXPECT_EQ(decoded.masked(0, 0), 0) << "the next image's bytes are no mask of this one";
 }
 
 TEST(Icon, ADamagedImageGivesWayToTheNext) {
