@@ -30,7 +30,7 @@ BitmapHandle createDIBSection(DeviceContext dc, const BitmapInfo& info, std::uin
     if (surface == nullptr) {
         return BitmapHandle::none;
     }
-    std::uint8_t* const first = surface->bits();
+    std::uint8_t* const first = surface->expose();
     const BitmapHandle bitmap = addHandle(std::move(surface));
     bits = bitmap == BitmapHandle::none ? nullptr : first;
     return bitmap;

@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <limits>
+#include <new>
 
 namespace orvane::platform {
 
@@ -24,6 +25,17 @@ struct Drawing {
 
     std::shared_ptr<Context> context;
 };
+
+/// Calls `draw`; false with the last error 8 when there was no memory for it.
+template <class Draw>
+bool drawn(Draw&& draw) {
+    try {
+        draw();
+        return true;
+    } catch (const std::bad_alloc&) {
+        return failWith(kErrorNotEnoughMemory, false);
+    }
+}
 
 /// What a call names: with a negative size the pixel at the position and those before it.
 Area areaOf(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height) {
@@ -74,8 +86,9 @@ bool rectangle(DeviceContext dc, std::int32_t left, std::int32_t top, std::int32
     if (!target) {
         return false;
     }
-    drawRectangle(*target.surface(), *target.context, {left, top}, {right, bottom});
-    return true;
+    return drawn([&] {
+        drawRectangle(*target.surface(), *target.context, {left, top}, {right, bottom});
+    });
 }
 
 bool bitBlt(DeviceContext target, std::int32_t x, std::int32_t y, std::int32_t width,
@@ -87,16 +100,17 @@ bool bitBlt(DeviceContext target, std::int32_t x, std::int32_t y, std::int32_t w
     }
     const Area area = areaOf(x, y, width, height);
     if (!usesSource(rasterOperation)) {
-        combine(to, area, {}, {}, rasterOperation, 0);
-        return true;
+        return drawn([&] { combine(to, area, {}, {}, rasterOperation, 0); });
     }
     const Drawing from(source);
     if (!from) {
         return false;
     }
-    combine(to, area, viewOf(*from.surface()), areaOf(sourceX, sourceY, width, height),
-            rasterOperation, pixelColor(from.context->attributes.bkColor));
-    return true;
+    return drawn([&] {
+        to.surface()->own();
+        combine(to, area, viewOf(*from.surface()), areaOf(sourceX, sourceY, width, height),
+                rasterOperation, pixelColor(from.context->attributes.bkColor));
+    });
 }
 
 std::int32_t stretchDIBits(DeviceContext dc, std::int32_t x, std::int32_t y, std::int32_t width,
@@ -117,9 +131,11 @@ std::int32_t stretchDIBits(DeviceContext dc, std::int32_t x, std::int32_t y, std
     const std::int64_t top = source.topDown ? std::int64_t{sourceY}
                                             : std::int64_t{source.height} - sourceY - sourceHeight;
     const Area area{x, y, width, height};
-    combine(target, area, source, {sourceX, top, sourceWidth, sourceHeight}, rasterOperation,
-            OperationColors().sourceBackground);
-    return source.height;
+    const bool done = drawn([&] {
+        combine(target, area, source, {sourceX, top, sourceWidth, sourceHeight}, rasterOperation,
+                OperationColors().sourceBackground);
+    });
+    return done ? source.height : 0;
 }
 
 }  // namespace orvane::platform

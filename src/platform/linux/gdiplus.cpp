@@ -191,9 +191,10 @@ bool isCanvas(const Surface& surface) {
 }
 
 GdiplusStatus paint(const Image& image, Surface& surface) {
+    surface.own();
     const std::ptrdiff_t stride = static_cast<std::ptrdiff_t>(surface.stride());
     const OrvaneCanvas canvas{static_cast<std::uint32_t>(surface.width()),
-                              static_cast<std::uint32_t>(surface.height()), surface.row(0),
+                              static_cast<std::uint32_t>(surface.height()), surface.ownRow(0),
                               surface.isTopDown() ? stride : -stride};
     const std::span<const std::uint8_t> bytes = image.file.bytes();
     switch (codecTable()->paint(bytes.data(), bytes.size(), &canvas)) {

@@ -2,6 +2,7 @@
 
 #include "platform/linux/codecs_module.h"
 #include "platform/linux/errors.h"
+#include "platform/linux/large_pages.h"
 #include "platform/linux/picture_content.h"
 
 #include <algorithm>
@@ -51,6 +52,7 @@ std::int32_t readOpen(int descriptor, WantsFile wants, FileBytes& bytes) {
     if (bytes.data == nullptr) {
         return runtimeError(ENOMEM);
     }
+    preferLargePages(bytes.data.get(), size);
     while (bytes.size < size) {
         const bool start = bytes.size < kSignatureBytes;
         const std::size_t wanted = start ? std::min(size, kSignatureBytes) : size;

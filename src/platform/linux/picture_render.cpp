@@ -3,6 +3,8 @@
 #include "platform/linux/picture.h"
 #include "platform/linux/raster.h"
 
+#include <new>
+
 namespace orvane::platform {
 
 namespace {
@@ -51,11 +53,16 @@ HRESULT Picture::Render(HDC dc, LONG x, LONG y, LONG cx, LONG cy, OLE_XPOS_HIMET
                     scaled(cxSource, picture->width(), content_.width),
                     scaled(-std::int64_t{cySource}, picture->height(), content_.height)};
     const Area to{x, y, cx, cy};
-    if (mask != nullptr) {
-        transfer(*target, to, viewOf(*mask), from, kSrcAnd);
+    try {
+        target->own();
+        if (mask != nullptr) {
+            transfer(*target, to, viewOf(*mask), from, kSrcAnd);
+        }
+        transfer(*target, to, viewOf(*picture), from, mask == nullptr ? kSrcCopy : kSrcInvert);
+        return S_OK;
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
     }
-    transfer(*target, to, viewOf(*picture), from, mask == nullptr ? kSrcCopy : kSrcInvert);
-    return S_OK;
 }
 
 }  // namespace orvane::platform

@@ -140,7 +140,7 @@ public:
             pixels_[i] = (pattern_ & combined(table_ >> 4, source[i], pixels_[i])) |
                          (~pattern_ & combined(table_ & 0xF, source[i], pixels_[i]));
         }
-        writeRaw(target_.row(y), bits, first_, pixels_);
+        writeRaw(target_.ownRow(y), bits, first_, pixels_);
     }
 
 private:
@@ -167,12 +167,12 @@ void forEachRow(const Axis& rows, bool fromEnd, Action action) {
 void fillRows(Surface& target, std::uint32_t first, std::span<const std::uint32_t> pixels,
               std::int32_t top, std::int32_t bottom) {
     const std::uint32_t bits = target.format().bits;
-    writeRaw(target.row(top), bits, first, pixels);
+    writeRaw(target.ownRow(top), bits, first, pixels);
     for (std::int32_t y = top + 1; y < bottom; ++y) {
         if (bits < 8) {
-            writeRaw(target.row(y), bits, first, pixels);
+            writeRaw(target.ownRow(y), bits, first, pixels);
         } else {
-            std::memcpy(target.row(y) + first * (bits / 8), target.row(top) + first * (bits / 8),
+            std::memcpy(target.ownRow(y) + first * (bits / 8), target.row(top) + first * (bits / 8),
                         pixels.size() * (bits / 8));
         }
     }
@@ -207,13 +207,14 @@ void transfer(Surface& target, Area to, const PixelView& source, Area from,
     if (columns.sources.empty() || rows.sources.empty()) {
         return;
     }
+    target.own();
     const bool fromEnd = target.bits() == source.bits && to.y > from.y;
     const bool isPlain = tableOf(rasterOperation) == kCopyTable && isStraight(columns.sources);
     const RowCopy copy =
         isPlain ? RowCopy(*source.format, target.format(), target.isMonochrome) : RowCopy();
     if (copy) {
         forEachRow(rows, fromEnd, [&](std::int32_t y, std::int32_t sourceY) {
-            copy(target.row(y), static_cast<std::size_t>(columns.first), source.row(sourceY),
+            copy(target.ownRow(y), static_cast<std::size_t>(columns.first), source.row(sourceY),
                  static_cast<std::size_t>(columns.sources.front()), columns.sources.size());
         });
         return;
@@ -235,6 +236,7 @@ void fill(Surface& target, Area to, std::uint32_t color, BinaryOperation operati
     if (left >= right || top >= bottom) {
         return;
     }
+    target.own();
     const auto first = static_cast<std::uint32_t>(left);
     const std::uint32_t bits = target.format().bits;
     const std::uint32_t raw = rawOf(target, color);
@@ -251,7 +253,7 @@ void fill(Surface& target, Area to, std::uint32_t color, BinaryOperation operati
         for (std::uint32_t& pixel : pixels) {
             pixel = combined(table, raw, pixel);
         }
-        writeRaw(target.row(y), bits, first, pixels);
+        writeRaw(target.ownRow(y), bits, first, pixels);
     }
 }
 

@@ -4,7 +4,8 @@
 
 #include <cstdint>
 
-/// Copies of pixels between surfaces and blocks of pixels.
+/// Copies of pixels between surfaces and blocks of pixels. What writes to a surface throws
+/// std::bad_alloc when there is no memory to work in.
 namespace orvane::platform {
 
 /// Pixels to read. Those of a surface, or of a block that a caller describes with a header.
@@ -58,7 +59,7 @@ BinaryOperation withoutSource(std::uint32_t rasterOperation);
 /// Combines the pixels of `from` with those of `to` by a ternary raster operation. Areas of
 /// different sizes are matched by the nearest pixel. What lies outside the target is left out, and
 /// so is what would come from outside the source. Source and target may overlap when the sizes are
-/// the same.
+/// the same; a target that is the source, too, owns its pixels before they are viewed.
 void transfer(Surface& target, Area to, const PixelView& source, Area from,
               std::uint32_t rasterOperation, const OperationColors& colors = {});
 

@@ -1,7 +1,9 @@
 #include "platform/linux/surface.h"
 
 #include "platform/linux/errors.h"
+#include "platform/linux/large_pages.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -15,17 +17,13 @@ namespace {
 
 // From here on the pages come straight from the system; below, the allocator is quicker.
 constexpr std::size_t kOwnPages = 1u << 20;
-// Large pages save most of the page faults of the first pass over a picture.
-constexpr std::size_t kLargePages = 4u << 20;
 
 std::uint8_t* zeroPages(std::size_t size) {
     void* pages = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (pages == MAP_FAILED) {
         return nullptr;
     }
-    if (size >= kLargePages) {
-        ::madvise(pages, size, MADV_HUGEPAGE);
-    }
+    preferLargePages(pages, size);
     return static_cast<std::uint8_t*>(pages);
 }
 
@@ -97,26 +95,51 @@ std::shared_ptr<Surface> Surface::adopt(std::int32_t width, std::int32_t height,
         surface->stride_ = stride;
         surface->topDown_ = true;
         surface->format_ = std::move(format);
-        surface->pixels_ = std::move(pixels);
+        surface->pixels_ = std::make_shared<PixelBlock>(std::move(pixels));
         return surface;
     } catch (const std::bad_alloc&) {
         return failWith<std::shared_ptr<Surface>>(kErrorNotEnoughMemory, nullptr);
     }
 }
 
-std::shared_ptr<Surface> Surface::copy() const {
-    auto surface = create(width_, height_, format_, topDown_);
-    if (surface != nullptr) {
-        if (surface->stride_ == stride_) {
-            std::memcpy(surface->bits(), bits(), stride_ * static_cast<std::size_t>(height_));
-        } else {
-            for (std::int32_t y = 0; y < height_; ++y) {
-                std::memcpy(surface->row(y), row(y), surface->stride_);
-            }
-        }
-        surface->isMonochrome = isMonochrome;
+void Surface::own() {
+    if (pixels_.use_count() == 1) {
+        // What the last other owner read is read before anything is written here.
+        std::atomic_thread_fence(std::memory_order_acquire);
+        return;
     }
-    return surface;
+    const std::size_t size = stride_ * static_cast<std::size_t>(height_);
+    PixelBlock fresh(size);
+    if (fresh.data() == nullptr) {
+        throw std::bad_alloc();
+    }
+    std::memcpy(fresh.data(), bits(), size);
+    pixels_ = std::make_shared<PixelBlock>(std::move(fresh));
+}
+
+std::uint8_t* Surface::expose() {
+    own();
+    isExposed_ = true;
+    return pixels_->data();
+}
+
+std::shared_ptr<Surface> Surface::copy() const {
+    try {
+        auto surface = std::make_shared<Surface>();
+        surface->width_ = width_;
+        surface->height_ = height_;
+        surface->stride_ = stride_;
+        surface->topDown_ = topDown_;
+        surface->format_ = format_;
+        surface->pixels_ = pixels_;
+        surface->isMonochrome = isMonochrome;
+        if (isExposed_) {
+            surface->own();
+        }
+        return surface;
+    } catch (const std::bad_alloc&) {
+        return failWith<std::shared_ptr<Surface>>(kErrorNotEnoughMemory, nullptr);
+    }
 }
 
 }  // namespace orvane::platform

@@ -62,15 +62,22 @@ public:
     const PixelFormat& format() const { return format_; }
 
     /// The first byte of the stored pixels, whichever row that is.
-    std::uint8_t* bits() const { return pixels_.data(); }
+    const std::uint8_t* bits() const { return pixels_->data(); }
     /// Row `y` from the top.
-    std::uint8_t* row(std::int32_t y) const {
-        const std::int32_t stored = topDown_ ? y : height_ - 1 - y;
-        return pixels_.data() + static_cast<std::size_t>(stored) * stride_;
-    }
+    const std::uint8_t* row(std::int32_t y) const { return bits() + offsetOf(y); }
     bool isTopDown() const { return topDown_; }
 
-    /// A surface of its own with the same pixels; null with the last error 8.
+    /// Row `y` from the top, to write to. Only between `own` and the next `copy`.
+    std::uint8_t* ownRow(std::int32_t y) { return pixels_->data() + offsetOf(y); }
+    /// Has pixels that no copy shares, before any is written; std::bad_alloc when there is no
+    /// memory for them.
+    void own();
+    /// The first byte of the stored pixels, for somebody who writes there whenever he likes: copies
+    /// that are made from now on have pixels of their own at once.
+    std::uint8_t* expose();
+
+    /// A surface with the same pixels, which both share until one of them is written to; null with
+    /// the last error 8.
     std::shared_ptr<Surface> copy() const;
 
     /// Black and white without a palette of its own: what is drawn on it from a coloured source is
@@ -79,12 +86,18 @@ public:
     bool isMonochrome = false;
 
 private:
+    std::size_t offsetOf(std::int32_t y) const {
+        const std::int32_t stored = topDown_ ? y : height_ - 1 - y;
+        return static_cast<std::size_t>(stored) * stride_;
+    }
+
     std::int32_t width_ = 0;
     std::int32_t height_ = 0;
     std::size_t stride_ = 0;
     bool topDown_ = false;
+    bool isExposed_ = false;
     PixelFormat format_;
-    PixelBlock pixels_;
+    std::shared_ptr<PixelBlock> pixels_;
 };
 
 }  // namespace orvane::platform

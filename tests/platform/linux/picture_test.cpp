@@ -62,7 +62,7 @@ std::shared_ptr<Surface> checkered(std::int32_t width, std::int32_t height, Pixe
     for (std::int32_t y = 0; y < height; ++y) {
         for (std::int32_t x = 0; x < width; ++x) {
             const std::uint32_t raw = (x + y) % 2 == 0 ? ~0u : 1u;
-            writeRaw(surface->row(y), surface->format().bits, static_cast<std::uint32_t>(x),
+            writeRaw(surface->ownRow(y), surface->format().bits, static_cast<std::uint32_t>(x),
                      {&raw, 1});
         }
     }

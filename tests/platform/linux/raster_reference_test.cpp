@@ -38,7 +38,7 @@ std::shared_ptr<Surface> randomSurface(Dice& dice) {
                                    dice.from(0, 1) == 0);
     for (std::int32_t y = 0; y < surface->height(); ++y) {
         for (std::size_t i = 0; i < surface->stride(); ++i) {
-            surface->row(y)[i] = static_cast<std::uint8_t>(dice.any());
+            surface->ownRow(y)[i] = static_cast<std::uint8_t>(dice.any());
         }
     }
     if (surface->format().bits == 1 && dice.from(0, 1) == 0) {

@@ -13,7 +13,7 @@ std::shared_ptr<Surface> surfaceOf(PixelFormat format, const std::vector<Pixels>
         Surface::create(static_cast<std::int32_t>(rows.front().size()),
                         static_cast<std::int32_t>(rows.size()), std::move(format), false);
     for (std::size_t y = 0; y < rows.size(); ++y) {
-        writeRaw(surface->row(static_cast<std::int32_t>(y)), bits, 0, rows[y]);
+        writeRaw(surface->ownRow(static_cast<std::int32_t>(y)), bits, 0, rows[y]);
     }
     return surface;
 }

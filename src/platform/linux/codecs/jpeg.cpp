@@ -1,5 +1,6 @@
 #include "platform/linux/codecs/decoders.h"
 
+#include <algorithm>
 #include <csetjmp>
 #include <cstdio>
 
@@ -110,18 +111,28 @@ void inksToColours(const uint8_t* inks, uint32_t width, uint8_t invert, uint8_t*
     }
 }
 
-void readRows(jpeg_decompress_struct& info, OrvaneDecoded& out) {
+/// Rows of four inks come one at a time beside the picture.
+void readInks(jpeg_decompress_struct& info, OrvaneDecoded& out) {
     const auto common = reinterpret_cast<j_common_ptr>(&info);
-    const bool inks = info.out_color_space == JCS_CMYK;
-    JSAMPARRAY spare =
-        inks ? info.mem->alloc_sarray(common, JPOOL_IMAGE, info.output_width * 4, 1) : nullptr;
+    JSAMPARRAY row = info.mem->alloc_sarray(common, JPOOL_IMAGE, info.output_width * 4, 1);
     // Without Adobe's marker 0 is no ink.
     const uint8_t invert = info.saw_Adobe_marker ? uint8_t{0} : uint8_t{255};
     while (info.output_scanline < info.output_height) {
-        uint8_t* to = pixelRow(out, info.output_scanline);
-        JSAMPROW row = inks ? spare[0] : to;
-        jpeg_read_scanlines(&info, &row, 1);
-        if (inks) inksToColours(row, info.output_width, invert, to);
+        uint8_t* const to = pixelRow(out, info.output_scanline);
+        jpeg_read_scanlines(&info, row, 1);
+        inksToColours(row[0], info.output_width, invert, to);
+    }
+}
+
+/// libjpeg has several rows at once; what isn't asked for it has to keep.
+void readColours(jpeg_decompress_struct& info, OrvaneDecoded& out) {
+    constexpr uint32_t kRows = 16;
+    JSAMPROW rows[kRows];
+    while (info.output_scanline < info.output_height) {
+        const uint32_t count = std::min(kRows, info.output_height - info.output_scanline);
+        for (uint32_t i = 0; i < count; ++i)
+            rows[i] = pixelRow(out, info.output_scanline + i);
+        jpeg_read_scanlines(&info, rows, count);
     }
 }
 
@@ -137,7 +148,8 @@ OrvaneCodecResult run(Job& job, std::span<const uint8_t> file, OrvaneDecoded& ou
     const bool inks = info.jpeg_color_space == JCS_CMYK || info.jpeg_color_space == JCS_YCCK;
     info.out_color_space = inks ? JCS_CMYK : JCS_EXT_BGR;
     jpeg_start_decompress(&info);
-    readRows(info, out);
+    if (inks) readInks(info, out);
+    else readColours(info, out);
     jpeg_finish_decompress(&info);
     return ORVANE_CODEC_OK;
 }

@@ -102,63 +102,78 @@ uint32_t pixelFormatOf(const Header& header) {
     return header.depth == 8 ? k8bppIndexed : k32bppArgb;
 }
 
-/// What the fourth byte of an opaque image's pixels is.
-enum class Filler : png_uint_32 { zero = 0, opaque = 255 };
-
-/// Has every row come as blue, green, red and alpha (or the filler) of 8 bits. Gives the number of
-/// passes.
-int unpackRows(Job& job, const Header& header, const OrvaneCanvas& canvas, Filler filler) {
+/// What every file is unpacked to: red, green, blue of 8 bits, and alpha if there is any.
+void unpackSamples(Job& job, const Header& header, const OrvaneCanvas& canvas) {
     if (header.width != canvas.width || header.height != canvas.height) {
         leave(job, ORVANE_CODEC_UNSUPPORTED);
     }
     png_set_expand(job.png);
     png_set_strip_16(job.png);
     png_set_gray_to_rgb(job.png);
-    png_set_bgr(job.png);
-    if (!header.transparent) {
-        png_set_filler(job.png, static_cast<png_uint_32>(filler), PNG_FILLER_AFTER);
-    }
+}
+
+/// Ends the set-up; `bytes` is how large a pixel has to be then. Gives the number of passes.
+int startRows(Job& job, const OrvaneCanvas& canvas, size_t bytes) {
     const int passes = png_set_interlace_handling(job.png);
     png_read_update_info(job.png, job.info);
-    if (png_get_rowbytes(job.png, job.info) != size_t{canvas.width} * 4) {
+    if (png_get_rowbytes(job.png, job.info) != size_t{canvas.width} * bytes) {
         leave(job, ORVANE_CODEC_UNSUPPORTED);
     }
     return passes;
 }
 
-/// Rows go straight into the canvas, pass by pass where there are several.
-void readInto(Job& job, const OrvaneCanvas& canvas, int passes) {
+/// Stores all rows in the canvas's own form, pass by pass where there are several. The fourth byte
+/// of an image without alpha is `filler`.
+void storeRows(Job& job, const Header& header, const OrvaneCanvas& canvas, uint8_t filler) {
+    png_set_bgr(job.png);
+    if (!header.transparent) png_set_filler(job.png, filler, PNG_FILLER_AFTER);
+    const int passes = startRows(job, canvas, 4);
     for (int pass = 0; pass < passes; ++pass) {
         for (uint32_t y = 0; y < canvas.height; ++y)
             png_read_row(job.png, canvasRow(canvas, y), nullptr);
     }
 }
 
-/// Rows with alpha come complete before they are painted: one at a time, or all of them where they
-/// are interlaced.
-void readTransparent(Job& job, const OrvaneCanvas& canvas, int passes, const Limits& limits) {
-    const size_t row = size_t{canvas.width} * 4;
-    const size_t rows = passes == 1 ? 1 : canvas.height;
-    if (uint64_t{row} * rows > limits.surfaceBytes) leave(job, ORVANE_CODEC_OUT_OF_MEMORY);
-    job.buffer = static_cast<uint8_t*>(std::calloc(rows, row));
+void takeBuffer(Job& job, uint64_t size, const Limits& limits) {
+    if (size > limits.surfaceBytes) leave(job, ORVANE_CODEC_OUT_OF_MEMORY);
+    job.buffer = static_cast<uint8_t*>(std::malloc(size));
     if (job.buffer == nullptr) leave(job, ORVANE_CODEC_OUT_OF_MEMORY);
-    for (int pass = 0; pass + 1 < passes; ++pass) {
-        for (uint32_t y = 0; y < canvas.height; ++y)
-            png_read_row(job.png, job.buffer + row * y, nullptr);
-    }
+}
+
+/// Rows that are complete when they come are turned round here on their way to the canvas: libpng
+/// would go over each of them once more for every change.
+void paintRows(Job& job, const Header& header, const OrvaneCanvas& canvas, const Limits& limits) {
+    const size_t bytes = header.transparent ? 4 : 3;
+    startRows(job, canvas, bytes);
+    takeBuffer(job, canvas.width * uint64_t{bytes}, limits);
     for (uint32_t y = 0; y < canvas.height; ++y) {
-        uint8_t* const from = job.buffer + (passes == 1 ? 0 : row * y);
-        png_read_row(job.png, from, nullptr);
-        blendRow(canvasRow(canvas, y), from, canvas.width, AlphaKind::straight);
+        png_read_row(job.png, job.buffer, nullptr);
+        if (header.transparent) {
+            blendRow(canvasRow(canvas, y), job.buffer, canvas.width, AlphaKind::straight,
+                     ChannelOrder::redFirst);
+        } else {
+            storeRow(canvasRow(canvas, y), job.buffer, canvas.width);
+        }
     }
+}
+
+/// Rows that take several passes have to be complete before they are painted.
+void paintPasses(Job& job, const Header& header, const OrvaneCanvas& canvas, const Limits& limits) {
+    const size_t row = size_t{canvas.width} * 4;
+    takeBuffer(job, uint64_t{row} * canvas.height, limits);
+    const OrvaneCanvas beside{canvas.width, canvas.height, job.buffer, static_cast<ptrdiff_t>(row)};
+    storeRows(job, header, beside, 0);
+    for (uint32_t y = 0; y < canvas.height; ++y)
+        blendRow(canvasRow(canvas, y), job.buffer + row * y, canvas.width, AlphaKind::straight);
 }
 
 void paint(Job& job, std::span<const uint8_t> file, const OrvaneCanvas& canvas,
            const Limits& limits) {
     const Header header = readHeader(job, file, limits);
-    const int passes = unpackRows(job, header, canvas, Filler::zero);
-    if (header.transparent) readTransparent(job, canvas, passes, limits);
-    else readInto(job, canvas, passes);
+    unpackSamples(job, header, canvas);
+    if (!header.interlaced) paintRows(job, header, canvas, limits);
+    else if (header.transparent) paintPasses(job, header, canvas, limits);
+    else storeRows(job, header, canvas, 0);
 }
 
 /// Runs `step(job)`, which may leave by longjmp, and frees what it took.
@@ -197,7 +212,8 @@ OrvaneCodecResult unpackPng(std::span<const uint8_t> file, const OrvaneCanvas& c
     if (!isPng(file)) return ORVANE_CODEC_NOT_RECOGNISED;
     return guarded([&](Job& job) {
         const Header header = readHeader(job, file, limits);
-        readInto(job, canvas, unpackRows(job, header, canvas, Filler::opaque));
+        unpackSamples(job, header, canvas);
+        storeRows(job, header, canvas, 255);
     });
 }
 

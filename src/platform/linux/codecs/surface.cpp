@@ -1,5 +1,7 @@
 #include "platform/linux/codecs/surface.h"
 
+#include "platform/linux/large_pages.h"
+
 #include <cstdlib>
 #include <cstring>
 
@@ -13,6 +15,7 @@ OrvaneCodecResult makeBitmap(OrvaneDecoded& out, uint32_t width, uint32_t height
         return ORVANE_CODEC_OUT_OF_MEMORY;
     out.pixels = static_cast<uint8_t*>(std::calloc(height, stride));
     if (out.pixels == nullptr) return ORVANE_CODEC_OUT_OF_MEMORY;
+    platform::preferLargePages(out.pixels, stride * height);
     out.kind = ORVANE_PICTURE_BITMAP;
     out.width = static_cast<int32_t>(width);
     out.height = static_cast<int32_t>(height);

@@ -19,6 +19,8 @@ namespace {
 
 /// Bytes of a tile that need no thought.
 constexpr uint64_t kUsualTile = uint64_t{16} << 20;
+/// A strip above this is unpacked row by row, which takes longer and no memory.
+constexpr uint64_t kMostOfStrip = uint64_t{64} << 20;
 
 struct Free {
     void operator()(uint8_t* memory) const { std::free(memory); }
@@ -118,6 +120,35 @@ private:
         const uint64_t size = TIFFScanlineSize64(tiff_);
         if (size < rowBytes(layout_.width)) return ORVANE_CODEC_DAMAGED;
         if (size > limits_.workBytes) return ORVANE_CODEC_OUT_OF_MEMORY;
+        uint32_t stripRows = 0;
+        TIFFGetFieldDefaulted(tiff_, TIFFTAG_ROWSPERSTRIP, &stripRows);
+        stripRows = std::min(stripRows, layout_.height);
+        const bool whole = stripRows != 0 && size * stripRows <= kMostOfStrip &&
+                           size * stripRows <= limits_.workBytes;
+        return whole ? readStrips(plane, size, stripRows) : readScanlines(plane, size);
+    }
+
+    /// Strips at once: libtiff unpacks a whole one much faster than its rows, and turns to the
+    /// better of its libraries for that.
+    OrvaneCodecResult readStrips(uint32_t plane, uint64_t stride, uint32_t stripRows) {
+        const std::unique_ptr<uint8_t, Free> strip(
+            static_cast<uint8_t*>(std::calloc(stripRows, stride)));
+        if (strip == nullptr) return ORVANE_CODEC_OUT_OF_MEMORY;
+        uint32_t rows = 0;
+        for (uint32_t y = 0; y < layout_.height; y += rows) {
+            rows = std::min(stripRows, layout_.height - y);
+            const uint32_t number = TIFFComputeStrip(tiff_, y, static_cast<uint16_t>(plane));
+            const auto size = static_cast<tmsize_t>(stride * rows);
+            if (TIFFReadEncodedStrip(tiff_, number, strip.get(), size) < 0) {
+                return ORVANE_CODEC_DAMAGED;
+            }
+            for (uint32_t i = 0; i < rows; ++i)
+                unpack(strip.get() + i * stride, 0, y + i, layout_.width, plane);
+        }
+        return ORVANE_CODEC_OK;
+    }
+
+    OrvaneCodecResult readScanlines(uint32_t plane, uint64_t size) {
         std::vector<uint8_t> row(size);
         for (uint32_t y = 0; y < layout_.height; ++y) {
             if (TIFFReadScanline(tiff_, row.data(), y, static_cast<uint16_t>(plane)) < 0) {

@@ -136,8 +136,7 @@ void TiffSamples::unpack(const uint8_t* row, uint32_t count, uint8_t* pixels) {
             for (; pixels < end; pixels += 4, from += 4)
                 store(pixels, pixel(from[0], from[1], from[2]) | uint32_t{from[3]} << 24);
         } else {
-            for (; pixels < end; pixels += 4, from += 3)
-                store(pixels, pixel(from[0], from[1], from[2]));
+            storeRow(pixels, from, count);
         }
         break;
     }

@@ -3,6 +3,8 @@
 #include "platform/linux/codecs/painted.h"
 #include "support/png_file.h"
 
+#include <algorithm>
+
 namespace orvane::codecs::test {
 namespace {
 
@@ -123,11 +125,68 @@ TEST(Blending, EveryAlphaIsWithinOneOfTheExactMixture) {
     }
 }
 
+TEST(Blending, EveryAlphaAndColourGivesTheSumOfTheRoundedProducts) {
+    const auto rounded = [](int product) { return (product + 127) / 255; };
+    for (int alpha = 0; alpha < 256; ++alpha) {
+        for (int own = 0; own < 256; own += 3) {
+            const int ground = (own * 7 + alpha * 13) % 256;
+            const uint8_t from[4] = {static_cast<uint8_t>(own), static_cast<uint8_t>(255 - own),
+                                     static_cast<uint8_t>(own / 2), static_cast<uint8_t>(alpha)};
+            for (const auto kind : {AlphaKind::straight, AlphaKind::premultiplied}) {
+                uint8_t to[4] = {static_cast<uint8_t>(ground), static_cast<uint8_t>(255 - ground),
+                                 static_cast<uint8_t>(ground / 3), 0};
+                int expected[3];
+                for (int i = 0; i < 3; ++i) {
+                    const int top =
+                        kind == AlphaKind::straight ? rounded(from[i] * alpha) : from[i];
+                    expected[i] = std::min(top + rounded(to[i] * (255 - alpha)), 255);
+                }
+                blendRow(to, from, 1, kind);
+                for (int i = 0; i < 3; ++i)
+                    ASSERT_EQ(to[i], expected[i]) << alpha << ' ' << own << ' ' << i;
+                ASSERT_EQ(to[3], 0);
+            }
+        }
+    }
+}
+
+TEST(Blending, RedMayComeFirst) {
+    for (const auto kind : {AlphaKind::straight, AlphaKind::premultiplied}) {
+        for (const int alpha : {0, 1, 128, 254, 255}) {
+            const auto fourth = static_cast<uint8_t>(alpha);
+            const uint8_t blueFirst[4] = {30, 20, 10, fourth};
+            const uint8_t redFirst[4] = {10, 20, 30, fourth};
+            uint8_t one[4] = {200, 100, 50, 0};
+            uint8_t other[4] = {200, 100, 50, 0};
+            blendRow(one, blueFirst, 1, kind);
+            blendRow(other, redFirst, 1, kind, ChannelOrder::redFirst);
+            EXPECT_EQ(std::memcmp(one, other, 4), 0) << alpha;
+        }
+    }
+}
+
 TEST(Blending, ColoursAboveTheirAlphaEndAtTheTop) {
     uint8_t to[4] = {200, 200, 200, 0};
     const uint8_t from[4] = {255, 255, 255, 10};
     blendRow(to, from, 1, AlphaKind::premultiplied);
     EXPECT_EQ(to[0], 255);
+}
+
+TEST(Blending, RowsOfThreeBytesAreStoredWithoutReadingBehindThem) {
+    for (const uint32_t count : {0u, 1u, 2u, 5u}) {
+        const auto from = std::make_unique<uint8_t[]>(size_t{count} * 3);
+        for (uint32_t i = 0; i < count * 3; ++i)
+            from[i] = static_cast<uint8_t>(i + 1);
+        std::vector<uint8_t> to(size_t{count} * 4 + 1, 99);
+        storeRow(to.data(), from.get(), count);
+        for (uint32_t x = 0; x < count; ++x) {
+            EXPECT_EQ(to[x * 4], x * 3 + 3);
+            EXPECT_EQ(to[x * 4 + 1], x * 3 + 2);
+            EXPECT_EQ(to[x * 4 + 2], x * 3 + 1);
+            EXPECT_EQ(to[x * 4 + 3], 0);
+        }
+        EXPECT_EQ(to.back(), 99);
+    }
 }
 
 }  // namespace

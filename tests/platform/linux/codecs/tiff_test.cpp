@@ -267,6 +267,25 @@ TEST(Tiff, AHeaderThatClaimsMoreThanTheFileHoldsIsRefusedBeforeMemoryIsTaken) {
     EXPECT_EQ(Image(bytes).examined, ORVANE_CODEC_DAMAGED);
 }
 
+TEST(Tiff, AStripBeyondTheMemoryToWorkInIsReadRowByRow) {
+    TiffFile file = sampleFile(2, 8);
+    file.width = 100;
+    file.height = 300;
+    file.rowsPerStrip = 300;
+    const Image image(file.bytes(), Limits{1 << 20, 20000});
+    ASSERT_EQ(image.painted, ORVANE_CODEC_OK);
+    for (uint32_t y = 0; y < file.height; ++y)
+        ASSERT_EQ(image.pixel(y % 100, y), expectedColour(file, y % 100, y)) << y;
+}
+
+TEST(Tiff, TheLastStripMayBeShorter) {
+    TiffFile file = sampleFile(2, 8);
+    for (const uint32_t rows : {1u, 3u, 10u, 11u}) {
+        file.rowsPerStrip = rows;
+        expectPixels(file);
+    }
+}
+
 TEST(Tiff, ASurfaceBeyondTheLimitIsRefused) {
     EXPECT_EQ(Image(sampleFile(2, 8).bytes(), Limits{21 * 11 * 4 - 1, 1 << 20}).examined,
               ORVANE_CODEC_OUT_OF_MEMORY);
