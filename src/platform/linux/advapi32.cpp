@@ -3,7 +3,7 @@
 #include "platform/linux/errors.h"
 #include "platform/linux/kernel32_parts.h"
 #include "platform/linux/names.h"
-#include "platform/linux/registry.h"
+#include "platform/registry_operations.h"
 
 #include <cerrno>
 #include <pwd.h>

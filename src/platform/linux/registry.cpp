@@ -1,4 +1,4 @@
-#include "platform/linux/registry.h"
+#include "platform/registry_operations.h"
 
 #include "platform/linux/handle_table.h"
 #include "platform/linux/registry_module.h"

@@ -1,6 +1,6 @@
 #include "platform/shlwapi.h"
 
-#include "platform/linux/registry.h"
+#include "platform/registry_operations.h"
 
 namespace orvane::platform {
 

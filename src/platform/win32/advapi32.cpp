@@ -1,6 +1,6 @@
 #include "platform/advapi32.h"
 
-#include "platform/win32/registry.h"
+#include "platform/registry_operations.h"
 #include "platform/win32/system.h"
 
 #include <array>
@@ -47,22 +47,22 @@ std::string getFullUserName() {
 constexpr Advapi32 boundAdvapi32() {
     Advapi32 table;
     table.GetUserNameA.bind<getUserName>();
-    table.RegOpenKeyExA.bind<openKeyA>();
-    table.RegCreateKeyExA.bind<createKeyA>();
-    table.RegQueryValueExA.bind<queryValueA>();
-    table.RegSetValueExA.bind<setValueA>();
-    table.RegDeleteValueA.bind<deleteValueA>();
-    table.RegQueryInfoKeyA.bind<queryInfoKeyA>();
-    table.RegEnumKeyA.bind<enumKeyA>();
-    table.RegEnumValueA.bind<enumValueA>();
-    table.RegCloseKey.bind<closeKey>();
-    table.RegOpenKeyExW.bind<openKeyW>();
-    table.RegCreateKeyExW.bind<createKeyW>();
-    table.RegQueryValueExW.bind<queryValueW>();
-    table.RegSetValueExW.bind<setValueW>();
-    table.RegDeleteValueW.bind<deleteValueW>();
-    table.RegEnumKeyExW.bind<enumKeyW>();
-    table.RegEnumValueW.bind<enumValueW>();
+    table.RegOpenKeyExA.bind<registry::openKeyA>();
+    table.RegCreateKeyExA.bind<registry::createKeyA>();
+    table.RegQueryValueExA.bind<registry::queryValueA>();
+    table.RegSetValueExA.bind<registry::setValueA>();
+    table.RegDeleteValueA.bind<registry::deleteValueA>();
+    table.RegQueryInfoKeyA.bind<registry::queryInfoKeyA>();
+    table.RegEnumKeyA.bind<registry::enumKeyA>();
+    table.RegEnumValueA.bind<registry::enumValueA>();
+    table.RegCloseKey.bind<registry::closeKey>();
+    table.RegOpenKeyExW.bind<registry::openKeyW>();
+    table.RegCreateKeyExW.bind<registry::createKeyW>();
+    table.RegQueryValueExW.bind<registry::queryValueW>();
+    table.RegSetValueExW.bind<registry::setValueW>();
+    table.RegDeleteValueW.bind<registry::deleteValueW>();
+    table.RegEnumKeyExW.bind<registry::enumKeyW>();
+    table.RegEnumValueW.bind<registry::enumValueW>();
     return table;
 }
 static_assert(allBound(boundAdvapi32()));

@@ -1,15 +1,14 @@
-#include "platform/win32/registry.h"
-
+#include "platform/registry_operations.h"
 #include "platform/win32/system.h"
 
 #include <shlwapi.h>
 
-namespace orvane::platform::win32 {
+namespace orvane::platform::registry {
 
 namespace {
 
 HKEY systemKey(RegistryKey key) {
-    return systemHandle<HKEY>(key);
+    return win32::systemHandle<HKEY>(key);
 }
 
 ResultCode code(LONG status) {
@@ -34,7 +33,7 @@ bool isText(std::uint32_t type) {
 
 /// The result and the handle of an operation that opened a key.
 ResultCode opened(LONG status, HKEY found, RegistryKey& key) {
-    key = status == ERROR_SUCCESS ? ownHandle<RegistryKey>(found) : RegistryKey::none;
+    key = status == ERROR_SUCCESS ? win32::ownHandle<RegistryKey>(found) : RegistryKey::none;
     return code(status);
 }
 
@@ -208,4 +207,17 @@ ResultCode deleteTreeW(RegistryKey root, const std::u16string& subKey) {
     return code(static_cast<LONG>(::SHDeleteKeyW(systemKey(root), wide(subKey))));
 }
 
-}  // namespace orvane::platform::win32
+// Not every system has transactions of the registry.
+ResultCode beginTransaction() {
+    return ResultCode{kErrorNotSupported};
+}
+
+ResultCode commitTransaction() {
+    return ResultCode{kErrorNotSupported};
+}
+
+ResultCode rollbackTransaction() {
+    return ResultCode{kErrorNotSupported};
+}
+
+}  // namespace orvane::platform::registry

@@ -1,6 +1,6 @@
 #include "platform/shlwapi.h"
 
-#include "platform/win32/registry.h"
+#include "platform/registry_operations.h"
 
 namespace orvane::platform {
 
@@ -10,22 +10,18 @@ namespace {
 
 constexpr Shlwapi boundShlwapi() {
     Shlwapi table;
-    table.SHDeleteEmptyKeyA.bind<deleteEmptyKeyA>();
-    table.SHDeleteKeyA.bind<deleteTreeA>();
-    table.SHDeleteKeyW.bind<deleteTreeW>();
+    table.SHDeleteEmptyKeyA.bind<registry::deleteEmptyKeyA>();
+    table.SHDeleteKeyA.bind<registry::deleteTreeA>();
+    table.SHDeleteKeyW.bind<registry::deleteTreeW>();
     return table;
 }
 static_assert(allBound(boundShlwapi()));
 
-ResultCode notSupported() {
-    return ResultCode{kErrorNotSupported};
-}
-
 constexpr RegistryTransactions boundTransactions() {
     RegistryTransactions table;
-    table.Begin.bind<notSupported>();
-    table.Commit.bind<notSupported>();
-    table.Rollback.bind<notSupported>();
+    table.Begin.bind<registry::beginTransaction>();
+    table.Commit.bind<registry::commitTransaction>();
+    table.Rollback.bind<registry::rollbackTransaction>();
     return table;
 }
 static_assert(allBound(boundTransactions()));

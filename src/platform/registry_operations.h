@@ -4,7 +4,8 @@
 
 #include <vector>
 
-/// The functions behind the registry's operations in the tables `Advapi32` and `Shlwapi`.
+/// The functions behind the registry's operations in the tables `Advapi32`, `Shlwapi` and
+/// `RegistryTransactions`, by which each platform carries them out.
 namespace orvane::platform::registry {
 
 ResultCode openKeyA(RegistryKey root, const std::string& subKey, std::uint32_t options,
