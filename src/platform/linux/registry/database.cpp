@@ -89,6 +89,20 @@ int pragmaNumber(sqlite3* connection, const char* sql, int& number) {
     return result;
 }
 
+/// A file that may not grow is no better than a disk that is full.
+bool isNoRoom(int number) {
+    return number == ENOSPC || number == EDQUOT || number == EFBIG;
+}
+
+/// The `errno` behind a failure to use a file. A statement that fails notes it for the connection;
+/// a commit doesn't, but undoes its work without another failed call as a rule, so that `last`, the
+/// number found after it, is still its own.
+int systemError(sqlite3* connection, int result, int last) {
+    const int primary = result & 0xFF;
+    if (primary != SQLITE_IOERR && primary != SQLITE_CANTOPEN) return 0;
+    return isNoRoom(last) ? last : sqlite3_system_errno(connection);
+}
+
 }  // namespace
 
 bool Failure::isDamage() const {
@@ -103,7 +117,7 @@ bool Failure::isContention() const {
 }
 
 Code Failure::code() const {
-    if (system == ENOSPC || system == EDQUOT || system == EFBIG) return kDiskFull;
+    if (isNoRoom(system)) return kDiskFull;
     switch (result & 0xFF) {
     case SQLITE_FULL:
         return kDiskFull;
@@ -143,6 +157,7 @@ void Database::open(const std::string& path, Journal journal) {
     constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE |
                            SQLITE_OPEN_PRIVATECACHE;
     // Falls back to reading where the user may not write.
+    errno = 0;
     const int result = sqlite3_open_v2(path.c_str(), &connection_, kFlags, nullptr);
     try {
         if (result != SQLITE_OK) fail(result);
@@ -182,6 +197,7 @@ void Database::run(Sql sql) {
 }
 
 void Database::run(const char* sql) {
+    errno = 0;
     const int result = sqlite3_exec(connection_, sql, nullptr, nullptr, nullptr);
     if (result != SQLITE_OK) fail(result);
 }
@@ -202,7 +218,8 @@ std::int64_t Database::lastInsertedId() const {
 }
 
 void Database::fail(int result) const {
-    throw Failure{result, connection_ == nullptr ? 0 : sqlite3_system_errno(connection_)};
+    const int last = errno;
+    throw Failure{result, connection_ == nullptr ? 0 : systemError(connection_, result, last)};
 }
 
 sqlite3_stmt* Database::statement(Sql sql) {
@@ -282,6 +299,7 @@ Query& Query::bind(Bytes bytes) {
 }
 
 bool Query::step() {
+    errno = 0;
     const int result = sqlite3_step(statement_);
     if (result == SQLITE_ROW) return true;
     if (result == SQLITE_DONE) return false;

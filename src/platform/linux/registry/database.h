@@ -15,7 +15,8 @@ struct sqlite3_stmt;
 
 namespace orvane::store {
 
-/// What went wrong in a database: its extended result, and the system's `errno` behind it.
+/// What went wrong in a database: its extended result, and the system's `errno` behind a failed
+/// access to a file.
 struct Failure {
     int result;
     int system;

@@ -22,8 +22,39 @@ struct Store {
 };
 
 constinit std::atomic<Store*> current = nullptr;
-/// The thread with an open transaction holds the store for its length.
-constinit thread_local Store* inTransactionOf = nullptr;
+Code endTransaction(Store* all, bool commits);
+
+/// The store that a thread with an open transaction holds for its length. A thread that ends within
+/// one takes it back: nobody else could, and all others would wait for ever.
+class HeldStore {
+public:
+    constexpr HeldStore() = default;
+    ~HeldStore() { endTransaction(store_, false); }
+    HeldStore(const HeldStore&) = delete;
+    HeldStore& operator=(const HeldStore&) = delete;
+
+    bool is(const Store* all) const { return store_ == all; }
+    void hold(Store* all) { store_ = all; }
+    Store* letGo() { return std::exchange(store_, nullptr); }
+
+private:
+    Store* store_ = nullptr;
+};
+
+constinit thread_local HeldStore inTransactionOf;
+
+/// No thread is cancelled while this lives: a database that is left in the middle of a call is of
+/// no use to any other.
+class NotCancelled {
+public:
+    NotCancelled() { ::pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &former_); }
+    ~NotCancelled() { ::pthread_setcancelstate(former_, nullptr); }
+    NotCancelled(const NotCancelled&) = delete;
+    NotCancelled& operator=(const NotCancelled&) = delete;
+
+private:
+    int former_ = PTHREAD_CANCEL_ENABLE;
+};
 
 /// The store of this process. One that came with a fork which nobody told us of is left alone:
 /// to close it would end what the parent does with its files.
@@ -41,9 +72,10 @@ Store& store() {
 /// Runs a call on the store, alone in the process.
 template <class Body>
 Code guarded(Body&& body) {
+    const NotCancelled whole;
     try {
         Store& all = store();
-        if (inTransactionOf == &all) return body(all);
+        if (inTransactionOf.is(&all)) return body(all);
         const std::scoped_lock lock(all.mutex);
         return body(all);
     } catch (const std::bad_alloc&) {
@@ -175,48 +207,41 @@ std::uint32_t deleteTree(const OrvaneStoreKey* base, const OrvaneStoreName* path
 std::uint32_t begin() {
     try {
         Store& all = store();
-        if (inTransactionOf == &all) return kTransactionExists;
+        if (inTransactionOf.is(&all)) return kTransactionExists;
         all.mutex.lock();
         all.user.begin();
         all.machine.begin();
-        inTransactionOf = &all;
+        inTransactionOf.hold(&all);
         return kSuccess;
     } catch (const std::bad_alloc&) {
         return kNoMemory;
     }
 }
 
-/// Ends the thread's transaction; `body` says how.
-template <class Body>
-std::uint32_t end(Body&& body) {
-    Store* all = std::exchange(inTransactionOf, nullptr);
+// The machine's changes first: it is those that the user may have no right to.
+Code endTransaction(Store* all, bool commits) {
+    const NotCancelled whole;
     if (all == nullptr || all != current.load()) return kNoTransaction;
-    const Code code = body(*all);
+    Code code = kSuccess;
+    if (commits) code = all->machine.commit();
+    if (commits && code == kSuccess) code = all->user.commit();
+    all->machine.rollback();
+    all->user.rollback();
     all->mutex.unlock();
     return code;
 }
 
-// The machine's changes first: it is those that the user may have no right to.
 std::uint32_t commit() {
-    return end([](Store& all) {
-        const Code code = all.machine.commit();
-        if (code == kSuccess) return all.user.commit();
-        all.user.rollback();
-        return code;
-    });
+    return endTransaction(inTransactionOf.letGo(), true);
 }
 
 std::uint32_t rollback() {
-    return end([](Store& all) {
-        all.machine.rollback();
-        all.user.rollback();
-        return kSuccess;
-    });
+    return endTransaction(inTransactionOf.letGo(), false);
 }
 
 void closeAll() {
     guarded([](Store& all) {
-        if (inTransactionOf == &all) return kTransactionExists;
+        if (inTransactionOf.is(&all)) return kTransactionExists;
         all.user.close(true);
         all.machine.close(true);
         return kSuccess;
@@ -234,21 +259,21 @@ constexpr OrvaneStoreTable kTable{
 void beforeFork() {
     Store* all = current.load();
     if (all == nullptr) return;
-    if (inTransactionOf != all) all->mutex.lock();
+    if (!inTransactionOf.is(all)) all->mutex.lock();
     all->user.abandon();
     all->machine.abandon();
 }
 
 void afterForkInParent() {
     Store* all = current.load();
-    if (all != nullptr && inTransactionOf != all) all->mutex.unlock();
+    if (all != nullptr && !inTransactionOf.is(all)) all->mutex.unlock();
 }
 
 void afterForkInChild() {
     Store* all = current.load();
     if (all == nullptr) return;
     all->process = ::getpid();
-    if (inTransactionOf != all) all->mutex.unlock();
+    if (!inTransactionOf.is(all)) all->mutex.unlock();
 }
 
 [[gnu::constructor]] void watchForks() {
