@@ -45,7 +45,7 @@ inline std::uint32_t write(RegistryKey root, const std::string& path, const std:
 inline std::string read(RegistryKey root, const std::string& path, const std::string& name) {
     RegistryKey key{};
     ResultCode code = advapi32.RegOpenKeyExA(root, path, 0, kKeyQueryValue, key);
-    std::vector<std::uint8_t> data(4096);
+    std::vector<std::uint8_t> data(65536);
     auto size = static_cast<std::uint32_t>(data.size());
     std::uint32_t type = 0;
     if (code == ResultCode::success) {

@@ -116,6 +116,10 @@ bool Failure::isContention() const {
            primary == SQLITE_SCHEMA;
 }
 
+bool Failure::isUnfinishedWork() const {
+    return result == SQLITE_READONLY_ROLLBACK;
+}
+
 Code Failure::code() const {
     if (isNoRoom(system)) return kDiskFull;
     switch (result & 0xFF) {

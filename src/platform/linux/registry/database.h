@@ -26,6 +26,8 @@ struct Failure {
     /// Another process was in the way for as long as we wait, or for a moment that can't be waited
     /// out.
     bool isContention() const;
+    /// A writer died in the middle of its work, and this user may not undo it.
+    bool isUnfinishedWork() const;
     /// The platform's code for it.
     Code code() const;
 };

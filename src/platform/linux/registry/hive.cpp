@@ -1,8 +1,10 @@
 #include "platform/linux/registry/hive.h"
 
 #include "platform/linux/registry/damage.h"
+#include "platform/linux/registry/interrupted.h"
 
 #include <cerrno>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace orvane::store {
@@ -26,6 +28,12 @@ Code codeOfErrno(int number) {
     default:
         return kCantOpen;
     }
+}
+
+/// A file without bytes: whoever made it has not written to it yet.
+bool isEmpty(const std::string& path) {
+    struct stat facts {};
+    return ::stat(path.c_str(), &facts) == 0 && facts.st_size == 0;
 }
 
 /// Thrown where a body has its code already.
@@ -232,7 +240,27 @@ void Hive::close(bool tidy) {
 }
 
 Code Hive::read(const std::function<Code()>& body) {
-    return attempt([&] { return makeReady(false) ? body() : kNotFound; });
+    return attempt([&] {
+        try {
+            return makeReady(false) ? body() : kNotFound;
+        } catch (const Failure& failure) {
+            if (!failure.isUnfinishedWork()) throw;
+        }
+        return readCopy(body);
+    });
+}
+
+/// Reads what was committed last beside what a writer that died has left; the next call looks
+/// again whether that is still so.
+Code Hive::readCopy(const std::function<Code()>& body) {
+    struct Closing {
+        Hive& hive;
+        ~Closing() { hive.close(false); }
+    };
+    close(false);
+    const Closing closing{*this};
+    openWithoutUnfinished(database_, place_);
+    return body();
 }
 
 Code Hive::write(const std::function<Code()>& body) {
@@ -306,8 +334,9 @@ bool Hive::makeReady(bool forWriting) {
         close(false);
     }
     place_ = placeNow_();
-    if (place_.folder.empty() || ::access(place_.file().c_str(), F_OK) != 0) {
-        if (!forWriting) return false;
+    const bool isAbsent = place_.folder.empty() || ::access(place_.file().c_str(), F_OK) != 0;
+    if (!forWriting && (isAbsent || isEmpty(place_.file()))) return false;
+    if (isAbsent) {
         if (const int failure = makeFolders(place_); failure != 0) throw Done{codeOfErrno(failure)};
         const FolderLock lock(place_.folder);
         setOrphanedLogAside(place_);

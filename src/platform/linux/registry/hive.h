@@ -89,6 +89,7 @@ private:
     };
 
     Code read(const std::function<Code()>& body);
+    Code readCopy(const std::function<Code()>& body);
     Code write(const std::function<Code()>& body);
     Code attempt(const std::function<Code()>& body);
     Code inOneTransaction(const std::function<Code()>& body);
