@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[3]
@@ -24,3 +25,12 @@ def resident_bytes():
     """The process's memory that is in use."""
     with open("/proc/self/statm") as file:
         return int(file.read().split()[1]) * os.sysconf("SC_PAGE_SIZE")
+
+
+def run(program, **environment):
+    """What a program prints on a Python of its own, with its errors."""
+    given = {**os.environ, "PYTHONPATH": str(ROOT / "bindings" / "python"),
+             "ORVANE_LIBRARY": orvane._default().path, **environment}
+    done = subprocess.run([sys.executable, "-c", program], env=given, text=True,
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
+    return done.stdout + ("" if done.returncode == 0 else "ended with %d" % done.returncode)

@@ -2,23 +2,12 @@
 
 import os
 import pathlib
-import subprocess
-import sys
 import tempfile
 import unittest
 
-from support import PICTURES, ROOT, orvane
+from support import PICTURES, ROOT, orvane, run
 
 LIBRARY = orvane._default()
-
-
-def run(program, **environment):
-    """What a program prints on a Python of its own, with its errors."""
-    given = {**os.environ, "PYTHONPATH": str(ROOT / "bindings" / "python"),
-             "ORVANE_LIBRARY": LIBRARY.path, **environment}
-    done = subprocess.run([sys.executable, "-c", program], env=given, text=True,
-                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
-    return done.stdout + ("" if done.returncode == 0 else "ended with %d" % done.returncode)
 
 
 class Catalogue(unittest.TestCase):
