@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <pthread.h>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -20,9 +21,44 @@ constexpr std::u16string_view kRunKey = u"software\\microsoft\\windows\\currentv
 
 OrvaneStoreTable values;
 
-/// The changes of entries that wait for the end of the thread's transaction. Not an object with a
-/// destructor of its own: that would keep the library loaded for as long as the thread lives.
-constinit thread_local std::vector<Change>* waiting = nullptr;
+using ChangeList = std::unique_ptr<std::vector<Change>>;
+
+/// The changes of entries that wait for the end of the thread's transaction, gone with the thread.
+/// They lie under a key of the system: a thread's object with a destructor of its own would keep
+/// the library loaded for as long as the thread lives.
+class Waiting {
+public:
+    Waiting() : isMade_(::pthread_key_create(&key_, drop) == 0) {}
+    ~Waiting() {
+        if (isMade_) ::pthread_key_delete(key_);
+    }
+    Waiting(const Waiting&) = delete;
+    Waiting& operator=(const Waiting&) = delete;
+
+    /// Null when the thread has no transaction.
+    std::vector<Change>* get() const {
+        return isMade_ ? static_cast<std::vector<Change>*>(::pthread_getspecific(key_)) : nullptr;
+    }
+    /// Puts another list in the place of the thread's own, which is given back.
+    bool replace(ChangeList& changes) const {
+        std::vector<Change>* former = get();
+        if (!isMade_ || ::pthread_setspecific(key_, changes.get()) != 0) return false;
+        changes.release();
+        changes.reset(former);
+        return true;
+    }
+    ChangeList take() const {
+        ChangeList changes;
+        replace(changes);
+        return changes;
+    }
+
+private:
+    static void drop(void* changes) { delete static_cast<std::vector<Change>*>(changes); }
+
+    pthread_key_t key_ = 0;
+    bool isMade_;
+} waiting;
 
 std::u16string_view view(const std::uint16_t* units, std::uint32_t count) {
     return {reinterpret_cast<const char16_t*>(units), count};
@@ -115,10 +151,10 @@ Code commitWith(std::vector<Change> changes) {
 template <class Action>
 Code together(Action&& change) {
     std::vector<Change> changes;
-    if (waiting != nullptr) {
+    if (std::vector<Change>* list = waiting.get()) {
         const Code code = change(changes);
         if (code == kErrorSuccess) {
-            waiting->insert(waiting->end(), changes.begin(), changes.end());
+            list->insert(list->end(), changes.begin(), changes.end());
         }
         return code;
     }
@@ -230,27 +266,28 @@ Code deleteTree(const OrvaneStoreKey* base, const OrvaneStoreName* path) {
 }
 
 Code begin() {
-    auto* changes = new (std::nothrow) std::vector<Change>;
+    ChangeList changes(new (std::nothrow) std::vector<Change>);
     if (changes == nullptr) {
         return kErrorNotEnoughMemory;
     }
-    const Code code = values.begin();
-    if (code != kErrorSuccess) {
-        delete changes;
+    if (const Code code = values.begin(); code != kErrorSuccess) {
         return code;
     }
     // One that a fork or a failure left behind is of no transaction any more.
-    delete std::exchange(waiting, changes);
-    return code;
+    if (waiting.replace(changes)) {
+        return kErrorSuccess;
+    }
+    values.rollback();
+    return kErrorNotEnoughMemory;
 }
 
 Code commit() {
-    const std::unique_ptr<std::vector<Change>> changes(std::exchange(waiting, nullptr));
+    const ChangeList changes = waiting.take();
     return guarded([&] { return changes ? commitWith(std::move(*changes)) : values.commit(); });
 }
 
 Code rollback() {
-    delete std::exchange(waiting, nullptr);
+    waiting.take();
     return values.rollback();
 }
 

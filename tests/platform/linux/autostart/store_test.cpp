@@ -17,6 +17,7 @@
 #include <sstream>
 #include <string>
 #include <sys/stat.h>
+#include <thread>
 #include <vector>
 
 namespace orvane::platform::autostart {
@@ -393,6 +394,16 @@ TEST_F(AutostartStore, EntriesOfARolledBackTransactionAreNotMade) {
     EXPECT_EQ(theStore()->rollback(), 0U);
     EXPECT_EQ(set(u"B", u"y"), 0U);
     EXPECT_THAT(entries(), ElementsAre("orvane-user-b.desktop"));
+}
+
+TEST_F(AutostartStore, EntriesOfATransactionGoWithItsThread) {
+    std::thread([&] {
+        EXPECT_EQ(theStore()->begin(), 0U);
+        EXPECT_EQ(set(u"A", u"x"), 0U);
+    }).join();
+    EXPECT_EQ(set(u"B", u"y"), 0U);
+    std::thread([&] { EXPECT_EQ(set(u"C", u"z"), 0U); }).join();
+    EXPECT_THAT(entries(), ElementsAre("orvane-user-b.desktop", "orvane-user-c.desktop"));
 }
 
 TEST_F(AutostartStore, CommitWhoseEntriesCannotBeMadeUndoesAll) {
