@@ -9,6 +9,7 @@
 #include "support/modules.h"
 #include "support/raised_error.h"
 #include "support/recorder.h"
+#include "support/registry_store.h"
 #include "support/torture.h"
 
 #include <gmock/gmock.h>
@@ -29,7 +30,7 @@ constexpr WStringView kRunKey = u"Software\\Microsoft\\Windows\\CurrentVersion\\
 const std::string kRunKeyText = "\"Software\\\\Microsoft\\\\Windows\\\\CurrentVersion\\\\Run\"";
 
 /// The name of a registration of its own, which is taken away from both roots at the end.
-class orvAutorunSupportTest : public testing::Test {
+class orvAutorunSupportTest : public test::RegistryTest {
 protected:
     ~orvAutorunSupportTest() override {
         for (const bool user : {true, false}) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "settings/orvRegistry.h"
+#include "support/registry_store.h"
 
 #include <random>
 #include <string>
@@ -17,7 +18,7 @@ inline std::u16string uniqueText(const char16_t* start) {
     return text;
 }
 
-/// An application's place among the settings of the real registry, under a title of its own: gone
+/// An application's place among the settings of a `RegistryStore`, under a title of its own: gone
 /// with all in it, from both roots, at the end.
 class SettingsPlace {
 public:
@@ -57,6 +58,7 @@ public:
     orvRegistry& registry() { return *registry_; }
 
 private:
+    RegistryStore store_;
     std::u16string title_ = uniqueText(u"Orvane test");
     Ref<orvRegistry> registry_ = make<orvRegistry>();
 };
