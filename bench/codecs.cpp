@@ -7,15 +7,12 @@
 #include "bench.h"
 
 #include "main/orvMain.h"
+#include "peak_memory.h"
 
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -200,31 +197,6 @@ void readTiff(const char* path) {
     TIFFClose(tiff);
 }
 
-/// The peak memory of a process that does nothing but load the file: the command-line host.
-long peakKilobytes(const std::string& host, const std::string& path) {
-    const pid_t child = fork();
-    if (child == 0) {
-        dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
-        execl(host.c_str(), host.c_str(), "picture", "info", path.c_str(), nullptr);
-        _exit(127);
-    }
-    rusage usage{};
-    int status = 0;
-    if (wait4(child, &status, 0, &usage) != child || WEXITSTATUS(status) == 127) std::exit(1);
-    return usage.ru_maxrss;
-}
-
-void printPeak(const std::string& host, const std::string& path, long channels) {
-    std::ifstream file(path, std::ios::binary | std::ios::ate);
-    const long bytes = static_cast<long>(file.tellg());
-    const long allowed = (kSize * kSize * channels * 3L + bytes) / 1024 + 16 * 1024;
-    const long peak = peakKilobytes(host, path);
-    std::printf(
-        "    peak memory of a host that loads it: %ld MiB; three times the decoded size, the "
-        "file and 16 MiB are %ld MiB\n",
-        peak / 1024, allowed / 1024);
-}
-
 struct Case {
     const char* name;
     long channels;
@@ -274,7 +246,7 @@ int main(int count, char** arguments) {
         const auto [own, peer] = orvane::bench::bestTimes(
             ours, [&] { one.read(path.c_str()); }, 5);
         orvane::bench::printRatio(one.name, own, one.peer, peer);
-        printPeak(host, path, one.channels);
+        orvane::bench::printPeakOfDecoder(host, path, one.channels * kSize * kSize);
     }
     unlink(path.c_str());
     rmdir(folder);

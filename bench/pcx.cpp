@@ -1,5 +1,6 @@
 // PCX files of 4096 x 4096 pixels, from the file to a picture, against GraphicsMagick and FreeImage
-// reading the same files.
+// reading the same files. A picture of one plane has 24 bits here; FreeImage's has 8 by itself,
+// which are a third of the memory, and 24 when it is told to convert them.
 
 #include "reader_bench.h"
 
@@ -65,10 +66,16 @@ int main(int, char** arguments) {
         const auto ours = [&] { loadPicture(*library, file.widePath()); };
         const auto freeImage = [&] { readWithFreeImage(FIF_PCX, file.path()); };
         const auto [own, peer] = bestTimes(ours, freeImage, 7);
-        printRatio(variant.name, own, "FreeImage", peer);
+        if (variant.planes == 1) {
+            const auto colours = [&] { readColoursWithFreeImage(FIF_PCX, file.path()); };
+            printRatio(variant.name, own, "FreeImage, 8 bits", peer);
+            printRatio("", own, "made 24 bits", bestTime(colours, 7));
+        } else {
+            printRatio(variant.name, own, "FreeImage", peer);
+        }
         const auto magick = bestTime([&] { readWithGraphicsMagick("pcx", file.path()); }, 2);
         printRatio("", own, "GraphicsMagick", magick);
-        printPeakOfDecoder(builtFile(arguments[0], "orvane"), file.path(), long{kSize} * kSize);
+        printPeakOfDecoder(builtFile(arguments[0], "orvane"), file.path(), 3L * kSize * kSize);
     }
     FreeImage_DeInitialise();
     DestroyMagick();

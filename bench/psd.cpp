@@ -2,23 +2,9 @@
 // FreeImage reading the same files. (GraphicsMagick may come without them.)
 
 #include "reader_bench.h"
+#include "stb_peer.h"
 
 #include <random>
-
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wpragmas"
-#pragma GCC diagnostic ignored "-Wold-style-cast"
-#pragma GCC diagnostic ignored "-Wconversion"
-#pragma GCC diagnostic ignored "-Wsign-conversion"
-#pragma GCC diagnostic ignored "-Wcast-qual"
-#pragma GCC diagnostic ignored "-Wuseless-cast"
-#pragma GCC diagnostic ignored "-Wmissing-declarations"
-#pragma GCC diagnostic ignored "-Wunused-function"
-#pragma GCC diagnostic ignored "-Wduplicated-branches"
-#define STB_IMAGE_IMPLEMENTATION
-#define STBI_ONLY_PSD
-#include <stb/stb_image.h>
-#pragma GCC diagnostic pop
 
 namespace {
 
@@ -114,7 +100,7 @@ int main(int, char** arguments) {
         printRatio(variant.name, own, "stb_image", peer);
         const auto freeImage = bestTime([&] { readWithFreeImage(FIF_PSD, file.path()); }, 3);
         printRatio("", own, "FreeImage", freeImage);
-        printPeakOfDecoder(builtFile(arguments[0], "orvane"), file.path(), long{kSize} * kSize);
+        printPeakOfDecoder(builtFile(arguments[0], "orvane"), file.path(), 3L * kSize * kSize);
     }
     FreeImage_DeInitialise();
     return 0;

@@ -2,10 +2,8 @@
 
 #include "bench.h"
 #include "main/orvMain.h"
+#include "peak_memory.h"
 
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -63,45 +61,23 @@ inline void readWithGraphicsMagick(const char* format, const std::string& path) 
     DestroyExceptionInfo(&exception);
 }
 
-/// Up to a picture of 24 bits at the least, as ours is.
-inline void readWithFreeImage(FREE_IMAGE_FORMAT format, const std::string& path) {
-    FIBITMAP* bitmap = FreeImage_Load(format, path.c_str(), 0);
+/// Up to a picture as the file has it.
+inline FIBITMAP* loadWithFreeImage(FREE_IMAGE_FORMAT format, const std::string& path) {
+    FIBITMAP* const bitmap = FreeImage_Load(format, path.c_str(), 0);
     if (bitmap == nullptr) std::exit(1);
-    if (FreeImage_GetBPP(bitmap) < 24) {
-        FIBITMAP* const colors = FreeImage_ConvertTo24Bits(bitmap);
-        FreeImage_Unload(bitmap);
-        bitmap = colors;
-    }
+    return bitmap;
+}
+
+inline void readWithFreeImage(FREE_IMAGE_FORMAT format, const std::string& path) {
+    FreeImage_Unload(loadWithFreeImage(format, path));
+}
+
+/// Up to a picture of 24 bits, as ours is.
+inline void readColoursWithFreeImage(FREE_IMAGE_FORMAT format, const std::string& path) {
+    FIBITMAP* const bitmap = loadWithFreeImage(format, path);
+    FIBITMAP* const colours = FreeImage_ConvertTo24Bits(bitmap);
     FreeImage_Unload(bitmap);
-}
-
-/// The peak memory in KiB of a process that does nothing but load the file: the command-line host.
-inline long peakKilobytes(const std::string& host, const std::string& path) {
-    const pid_t child = fork();
-    if (child == 0) {
-        dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
-        execl(host.c_str(), host.c_str(), "picture", "info", path.c_str(), nullptr);
-        _exit(127);
-    }
-    rusage usage{};
-    int status = 0;
-    if (wait4(child, &status, 0, &usage) != child || WEXITSTATUS(status) == 127) std::exit(1);
-    return usage.ru_maxrss;
-}
-
-/// That peak against a limit in bytes, and what the limit is.
-inline void printPeak(const std::string& host, const std::string& path, long limit,
-                      const char* meaning) {
-    const long peak = peakKilobytes(host, path);
-    std::printf("    peak memory of a host that loads it: %ld MiB, %.2f of %s\n", peak / 1024,
-                static_cast<double>(peak) / (static_cast<double>(limit) / 1024), meaning);
-}
-
-/// Pixels of 24 bits three times, the file, and 16 MiB for the rest.
-inline void printPeakOfDecoder(const std::string& host, const std::string& path, long pixels) {
-    std::ifstream file(path, std::ios::binary | std::ios::ate);
-    printPeak(host, path, 3 * 3 * pixels + static_cast<long>(file.tellg()) + (16L << 20),
-              "three times the decoded size, the file and 16 MiB");
+    FreeImage_Unload(colours);
 }
 
 }  // namespace orvane::bench

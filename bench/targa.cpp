@@ -2,23 +2,9 @@
 // GraphicsMagick reading the same files.
 
 #include "reader_bench.h"
+#include "stb_peer.h"
 
 #include <random>
-
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wpragmas"
-#pragma GCC diagnostic ignored "-Wold-style-cast"
-#pragma GCC diagnostic ignored "-Wconversion"
-#pragma GCC diagnostic ignored "-Wsign-conversion"
-#pragma GCC diagnostic ignored "-Wcast-qual"
-#pragma GCC diagnostic ignored "-Wuseless-cast"
-#pragma GCC diagnostic ignored "-Wmissing-declarations"
-#pragma GCC diagnostic ignored "-Wunused-function"
-#pragma GCC diagnostic ignored "-Wduplicated-branches"
-#define STB_IMAGE_IMPLEMENTATION
-#define STBI_ONLY_TGA
-#include <stb/stb_image.h>
-#pragma GCC diagnostic pop
 
 namespace {
 
