@@ -44,11 +44,14 @@ def bmp_of_16_colours(indices, palette):
             table + rows)
 
 
-def icon(size):
-    """An icon file with one image of 32 bits."""
-    image = (struct.pack('<IiiHHIIiiII', 40, size, 2 * size, 1, 32, 0, 0, 0, 0, 0, 0) +
-             bytes((1, 2, 3, 255)) * (size * size) + bytes((size + 31) // 32 * 4 * size))
-    return struct.pack('<HHHBBBBHHII', 0, 1, 1, size, size, 0, 0, 1, 32, len(image), 22) + image
+def icon(size, masked=0, cursor=False):
+    """An icon or cursor file with one image of 32 bits, transparent in the columns from the left that are masked."""
+    assert masked % 8 == 0
+    pixels = (bytes(4 * masked) + bytes((1, 2, 3, 255)) * (size - masked)) * size
+    mask = bytes([255] * (masked // 8)).ljust((size + 31) // 32 * 4, b'\0') * size
+    image = struct.pack('<IiiHHIIiiII', 40, size, 2 * size, 1, 32, 0, 0, 0, 0, 0, 0) + pixels + mask
+    place = (3, 4) if cursor else (1, 32)
+    return struct.pack('<HHHBBBBHHII', 0, 2 if cursor else 1, 1, size, size, 0, 0, *place, len(image), 22) + image
 
 
 def read_ppm(data):

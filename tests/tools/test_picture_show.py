@@ -74,6 +74,22 @@ class PictureShow(ToolCase):
         self.assertFalse(reds & {pixel for row in one for pixel in row})
         self.assertTrue(reds <= {pixel for row in all_three for pixel in row})
 
+    def test_icons_are_shown_on_the_ground_of_thumbnails(self):
+        ground = (0xF4, 0xF3, 0xF0)
+        self.write('a.ico', pictures.icon(16))
+        colours = [pixel for row in self.show('a.ico') for pixel in row]
+        # 16 x 16 pixels, each shown as 8 x 8.
+        self.assertEqual(colours.count((3, 2, 1)), 128 * 128)
+        self.write('b.ico', pictures.icon(16, masked=8))
+        half = [pixel for row in self.show('b.ico') for pixel in row]
+        self.assertEqual(half.count((3, 2, 1)), 128 * 64)
+        self.assertGreaterEqual(half.count(ground), colours.count(ground) + 128 * 64)
+
+    def test_cursors_are_shown(self):
+        self.write('a.cur', pictures.icon(32, cursor=True))
+        colours = [pixel for row in self.show('a.cur') for pixel in row]
+        self.assertEqual(colours.count((3, 2, 1)), 224 * 224)
+
     def test_names_outside_the_code_page(self):
         self.write('日本 Ёлка.tga', pictures.tga(pictures.pattern(3, 3)))
         self.show('-o', 'лист.png', '日本 Ёлка.tga', out='лист.png')

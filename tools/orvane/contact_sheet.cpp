@@ -13,7 +13,6 @@ namespace {
 constexpr Rgb kPage{0xEC, 0xEA, 0xE6};
 constexpr Rgb kCard{0xFF, 0xFF, 0xFF};
 constexpr Rgb kEdge{0xC9, 0xC5, 0xBD};
-constexpr Rgb kWindow{0xF4, 0xF3, 0xF0};
 constexpr Rgb kCheck{0xEA, 0xE8, 0xE3};
 constexpr Rgb kInk{0x2A, 0x2D, 0x34};
 constexpr Rgb kPaleInk{0x74, 0x77, 0x7E};
@@ -48,7 +47,7 @@ void frame(RgbImage& page, std::uint32_t x, std::uint32_t y, std::uint32_t width
 /// The ground of a thumbnail, so that its edges show whatever its colours.
 void drawGround(RgbImage& page, std::uint32_t x, std::uint32_t y) {
     constexpr std::uint32_t kSquare = 12;
-    page.fill(x, y, kPlace, kPlace, kWindow);
+    page.fill(x, y, kPlace, kPlace, kThumbnailGround);
     for (std::uint32_t row = 0; row < kPlace / kSquare; ++row) {
         for (std::uint32_t column = row % 2; column < kPlace / kSquare; column += 2)
             page.fill(x + column * kSquare, y + row * kSquare, kSquare, kSquare, kCheck);

@@ -8,6 +8,9 @@
 
 namespace orvane::tool {
 
+/// What transparent parts of a thumbnail show.
+inline constexpr Rgb kThumbnailGround{0xF4, 0xF3, 0xF0};
+
 /// One picture of a contact sheet. Texts are UTF-8.
 struct SheetEntry {
     std::string name;

@@ -46,15 +46,25 @@ PictureFacts factsOf(host::Library& library, _PictureInfo& info) {
     return facts;
 }
 
-/// The BMP file in a picture's stream: there it follows 8 bytes, a mark and its length.
-std::vector<std::uint8_t> bmpOfStream(const std::vector<std::uint8_t>& stream) {
+bool isOfType(const LoadedPicture& loaded, SHORT wanted) {
+    const auto object = loaded.picture.query<IPicture>(IID_IPicture);
+    SHORT type = PICTYPE_NONE;
+    return object && SUCCEEDED(object->get_Type(&type)) && type == wanted;
+}
+
+/// The file in a picture's stream: there it follows 8 bytes, a mark and its length. Empty when the
+/// picture can't be saved.
+std::vector<std::uint8_t> savedFile(const LoadedPicture& loaded) {
     constexpr std::array<std::uint8_t, 4> kMark = {'l', 't', 0, 0};
     constexpr std::size_t kHeader = 8;
-    const bool isBmp = stream.size() > kHeader + kBmpHeaders &&
-                       std::equal(kMark.begin(), kMark.end(), stream.begin()) &&
-                       stream[kHeader] == 'B' && stream[kHeader + 1] == 'M';
-    if (!isBmp) throw Failure("the picture can't be saved as a bitmap");
-    return {stream.begin() + kHeader, stream.end()};
+    // Not SaveAsFile: under Wine it writes the file that a picture comes from or nothing.
+    const auto persistent = loaded.picture.query<IPersistStream>(IID_IPersistStream);
+    MemoryStream stream;
+    if (!persistent || FAILED(persistent->Save(&stream, 0))) return {};
+    const std::vector<std::uint8_t>& bytes = stream.bytes();
+    const bool marked =
+        bytes.size() > kHeader && std::equal(kMark.begin(), kMark.end(), bytes.begin());
+    return marked ? std::vector(bytes.begin() + kHeader, bytes.end()) : std::vector<std::uint8_t>();
 }
 
 /// Wine announces channel masks for 32 bits and then leaves no room for them. The channels lie
@@ -132,9 +142,11 @@ std::string Library::version() {
 }
 
 bool LoadedPicture::isBitmap() const {
-    const auto object = picture.query<IPicture>(IID_IPicture);
-    SHORT type = PICTYPE_NONE;
-    return object && SUCCEEDED(object->get_Type(&type)) && type == PICTYPE_BITMAP;
+    return isOfType(*this, PICTYPE_BITMAP);
+}
+
+bool LoadedPicture::isIcon() const {
+    return isOfType(*this, PICTYPE_ICON);
 }
 
 std::vector<std::uint8_t> bmpOf(const LoadedPicture& loaded) {
@@ -145,15 +157,19 @@ std::vector<std::uint8_t> bmpOf(const LoadedPicture& loaded) {
     // The system's own pictures keep the file that they come from and would save that.
     picture->put_KeepOriginalFormat(0);
     picture->PictureChanged();
-    // Not SaveAsFile: under Wine it writes the file that a picture comes from or nothing.
-    const auto persistent = loaded.picture.query<IPersistStream>(IID_IPersistStream);
-    MemoryStream stream;
-    if (!persistent || FAILED(persistent->Save(&stream, 0))) {
-        throw Failure("the picture can't be saved");
+    std::vector<std::uint8_t> bmp = savedFile(loaded);
+    if (bmp.size() <= kBmpHeaders || bmp[0] != 'B' || bmp[1] != 'M') {
+        throw Failure("the picture can't be saved as a bitmap");
     }
-    std::vector<std::uint8_t> bmp = bmpOfStream(stream.bytes());
     repairMasks(bmp);
     return bmp;
+}
+
+std::vector<std::uint8_t> iconOf(const LoadedPicture& loaded) {
+    std::vector<std::uint8_t> icon;
+    if (loaded.isIcon()) icon = savedFile(loaded);
+    if (icon.empty()) throw Failure("the picture can't be saved as an icon");
+    return icon;
 }
 
 }  // namespace orvane::tool

@@ -40,6 +40,8 @@ struct LoadedPicture {
     host::Pointer<IPictureDisp> picture;
 
     bool isBitmap() const;
+    /// An icon or a cursor.
+    bool isIcon() const;
 };
 
 /// The library as the tool's commands use it: the one beside the program, or the file that the
@@ -71,5 +73,8 @@ private:
 
 /// The picture as a BMP file. Throws Failure for a picture that is no bitmap.
 std::vector<std::uint8_t> bmpOf(const LoadedPicture& loaded);
+
+/// An icon or a cursor as the file that the library makes of it. Throws Failure for other pictures.
+std::vector<std::uint8_t> iconOf(const LoadedPicture& loaded);
 
 }  // namespace orvane::tool

@@ -1,6 +1,7 @@
 #include "bmp_to_ppm.h"
 #include "commands.h"
 #include "contact_sheet.h"
+#include "drawn_picture.h"
 #include "extension.h"
 #include "library.h"
 #include "png_writer.h"
@@ -8,6 +9,7 @@
 #include "system.h"
 
 #include <array>
+#include <optional>
 #include <utility>
 
 namespace orvane::tool {
@@ -37,13 +39,21 @@ std::string fileNameOf(const std::string& path) {
     return end == std::string::npos || end + 1 == path.size() ? path : path.substr(end + 1);
 }
 
+/// The thumbnail of whatever the system can draw.
+std::optional<RgbImage> thumbnail(const LoadedPicture& loaded) {
+    if (loaded.isBitmap()) return thumbnailOf(rgbFromBmp(bmpOf(loaded)));
+    const std::optional<RgbImage> drawn = drawnPicture(loaded, kThumbnailGround);
+    if (!drawn) return {};
+    return thumbnailOf(*drawn);
+}
+
 SheetEntry entryOf(Library& library, const std::string& file) {
     SheetEntry entry;
     entry.name = fileNameOf(file);
     try {
         const LoadedPicture loaded = library.loadPicture(file);
         entry.facts = caption(loaded.facts);
-        if (loaded.isBitmap()) entry.image = thumbnailOf(rgbFromBmp(bmpOf(loaded)));
+        entry.image = thumbnail(loaded);
     } catch (const LibraryError& error) {
         entry.broken = true;
         entry.facts = "error " + std::to_string(error.number);
