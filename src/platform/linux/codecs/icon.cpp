@@ -119,15 +119,18 @@ void copyMask(std::span<const uint8_t> rows, bool topDown, OrvaneDecoded& out) {
     }
 }
 
-/// Masks away the pixels without any alpha, for an image that comes without a mask.
+/// Masks away the pixels without any alpha, for an image that comes without a mask. They become
+/// black: another colour would turn round what is behind it where an icon is drawn by its mask.
 void maskFromAlpha(OrvaneDecoded& out) {
     const auto width = static_cast<uint32_t>(out.width);
     for (uint32_t y = 0; y < static_cast<uint32_t>(out.height); ++y) {
-        const uint8_t* alpha = pixelRow(out, y) + 3;
-        uint8_t* mask = out.mask + size_t{y} * out.maskStride;
+        uint8_t* const pixels = pixelRow(out, y);
+        uint8_t* const mask = out.mask + size_t{y} * out.maskStride;
         for (uint32_t x = 0; x < width; ++x) {
-            if (alpha[size_t{x} * 4] == 0)
-                mask[x / 8] = static_cast<uint8_t>(mask[x / 8] | 0x80 >> x % 8);
+            uint8_t* const pixel = pixels + size_t{x} * 4;
+            if (pixel[3] != 0) continue;
+            std::fill_n(pixel, 3, uint8_t{0});
+            mask[x / 8] = static_cast<uint8_t>(mask[x / 8] | 0x80 >> x % 8);
         }
     }
 }
