@@ -1,5 +1,5 @@
 #include "platform/linux/gdi32_objects.h"
-#include "platform/linux/icons.h"
+#include "platform/linux/icon_drawing.h"
 #include "platform/linux/picture.h"
 #include "platform/linux/raster.h"
 
@@ -10,8 +10,6 @@ namespace orvane::platform {
 namespace {
 
 constexpr HRESULT kInvalidPropertyValue = hresultFrom(0x800A017C);  // CTL_E_INVALIDPROPERTYVALUE
-constexpr std::uint32_t kSrcAnd = 0x008800C6;
-constexpr std::uint32_t kSrcInvert = 0x00660046;
 
 /// A length on one scale as the same part of another, rounded.
 std::int64_t scaled(std::int64_t value, std::int64_t size, std::int64_t whole) {
@@ -31,13 +29,12 @@ HRESULT Picture::Render(HDC dc, LONG x, LONG y, LONG cx, LONG cy, OLE_XPOS_HIMET
         return S_OK;
     }
     std::shared_ptr<Surface> picture;
-    std::shared_ptr<Surface> mask;
+    std::shared_ptr<Icon> icon;
     if (content_.type == PICTYPE_BITMAP) {
         picture = findObject<Surface>(BitmapHandle{content_.handle});
     } else if (content_.type == PICTYPE_ICON) {
-        const auto icon = findObject<Icon>(IconHandle{content_.handle});
+        icon = findObject<Icon>(IconHandle{content_.handle});
         picture = icon == nullptr ? nullptr : icon->color;
-        mask = icon == nullptr ? nullptr : icon->mask;
     } else {
         return E_NOTIMPL;
     }
@@ -55,10 +52,11 @@ HRESULT Picture::Render(HDC dc, LONG x, LONG y, LONG cx, LONG cy, OLE_XPOS_HIMET
     const Area to{x, y, cx, cy};
     try {
         target->own();
-        if (mask != nullptr) {
-            transfer(*target, to, viewOf(*mask), from, kSrcAnd);
+        if (icon != nullptr) {
+            drawIcon(*target, to, *icon, from);
+        } else {
+            transfer(*target, to, viewOf(*picture), from, kSrcCopy);
         }
-        transfer(*target, to, viewOf(*picture), from, mask == nullptr ? kSrcCopy : kSrcInvert);
         return S_OK;
     } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;

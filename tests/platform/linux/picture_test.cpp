@@ -286,6 +286,34 @@ TEST(LinuxPictures, RenderingDrawsTheWholePictureUpright) {
     picture->Release();
 }
 
+TEST(LinuxPictures, RenderingAnIconMixesItWithWhatIsBehind) {
+    auto icon = std::make_shared<Icon>();
+    PixelFormat mask = PixelFormat::ofDepth(1);
+    mask.palette = {0, 0xFFFFFF};
+    icon->color = Surface::create(1, 1, PixelFormat::ofDepth(32), true);
+    icon->mask = Surface::create(1, 1, mask, true);
+    const std::uint32_t half = 0x80FFFFFF;
+    writeRaw(icon->color->ownRow(0), 32, 0, {&half, 1});
+    PictureContent content;
+    ASSERT_TRUE(
+        contentFromDescription({PICTYPE_ICON, BitmapHandle::none, addHandle(icon)}, true, content));
+    Picture* picture = Picture::create(content);
+    const auto target = Surface::create(1, 1, PixelFormat::ofDepth(32), true);
+    const BitmapHandle bitmap = addHandle(std::shared_ptr<Surface>(target));
+    const DeviceContext dc = gdi32.CreateCompatibleDC(DeviceContext::none);
+    const GdiObject former = gdi32.SelectObject(dc, bitmap);
+    const auto hdc = reinterpret_cast<HDC>(std::uintptr_t{static_cast<std::uint32_t>(dc)});
+    const LONG size = content.width;
+    EXPECT_EQ(picture->Render(hdc, 0, 0, 1, 1, 0, size, size, -size, nullptr), S_OK);
+    EXPECT_EQ(pixelsOf(*target), std::vector<std::uint32_t>{0x808080});
+    EXPECT_EQ(picture->Render(hdc, 0, 0, 1 << 30, 1 << 30, 0, size, size, -size, nullptr),
+              E_OUTOFMEMORY);
+    gdi32.SelectObject(dc, former);
+    EXPECT_TRUE(gdi32.DeleteDC(dc));
+    EXPECT_TRUE(gdi32.DeleteObject(bitmap));
+    picture->Release();
+}
+
 TEST(LinuxPictures, ADeadHandleMakesNoPicture) {
     IPictureDisp* picture = nullptr;
     EXPECT_EQ(
