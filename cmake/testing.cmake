@@ -2,6 +2,11 @@
 # 32-bit build see it as they see the library.
 set(INSTALL_GTEST OFF)
 add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+if(ORVANE_FUZZ)
+    foreach(target gtest gtest_main gmock)
+        target_compile_options(${target} PRIVATE -fno-sanitize=fuzzer-no-link)
+    endforeach()
+endif()
 
 # orvane_add_test(NAME SOURCES file... LIBRARIES target...)
 #
@@ -14,11 +19,17 @@ function(orvane_add_test name)
                                           GTest::gmock)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     # Tests are compiled more often than they run: what they test is optimised, they are not.
-    target_compile_options(${name} PRIVATE -O0 -g1 $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+    target_compile_options(${name} PRIVATE -O0 -g1)
+    if(ORVANE_FUZZ)
+        # A fuzzer looks at the library's branches alone.
+        target_compile_options(${name} PRIVATE -fno-sanitize=fuzzer-no-link)
+    endif()
     list(LENGTH TEST_SOURCES sources)
     if(sources GREATER 2)
         target_precompile_headers(${name} PRIVATE
             <algorithm> <functional> <map> <memory> <set> <string> <vector> <gmock/gmock.h> <gtest/gtest.h>)
+        orvane_cache_precompiled(${name})
+        orvane_precompile(${name} <frame/values/variant.h> <platform/tables.h>)
     endif()
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT 600)

@@ -311,7 +311,7 @@ private:
 
     inline static std::array<void (*)(), kDispatchSlots + kSlots.size()> slots_{};
     // The object's address is the interface pointer, so the vtable comes first.
-    void (**vtable_)() = slots_.data();
+    [[maybe_unused]] void (**vtable_)() = slots_.data();
     LONG references_ = 0;
     bool hasInterface_ = true;
 };

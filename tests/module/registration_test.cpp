@@ -207,7 +207,7 @@ TEST_F(RegistrationTest, AModuleIsLoadedOnceHoweverItIsCalled) {
     ASSERT_EQ(created(u"OrvTestComponent.TestProbe", second), 0);
     std::filesystem::remove(link);
     // One module has one table of functions.
-    EXPECT_EQ(std::memcmp(first, second, sizeof(void*)), 0);
+    EXPECT_EQ(std::memcmp(static_cast<void*>(first), static_cast<void*>(second), sizeof(void*)), 0);
     first->Release();
     second->Release();
 }

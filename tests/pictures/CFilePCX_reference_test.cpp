@@ -1,6 +1,8 @@
 #include "pictures/decoded_pcx.h"
 #include "pictures/random_bytes.h"
 
+#include "support/rounds.h"
+
 #include <gtest/gtest.h>
 
 /// The reader and the reference over many files.
@@ -68,7 +70,7 @@ PcxFile randomFile(RandomBytes& random) {
 TEST(CFilePCXReference, AgreesWithTheReferenceOnThousandsOfFiles) {
     RandomBytes random(1);
     Tally tally;
-    constexpr int kFiles = 20000;
+    constexpr int kFiles = test::rounds(20000);
     for (int run = 0; run < kFiles; ++run)
         ASSERT_TRUE(tally.add(randomFile(random).bytes())) << "file " << run;
     // Neither outcome is rare.
@@ -79,24 +81,24 @@ TEST(CFilePCXReference, AgreesWithTheReferenceOnThousandsOfFiles) {
 TEST(CFilePCXReference, AgreesWithTheReferenceOnDamagedFiles) {
     RandomBytes random(2);
     Tally tally;
-    for (int run = 0; run < 10000; ++run) {
+    for (int run = 0; run < test::rounds(10000); ++run) {
         Bytes bytes = randomFile(random).bytes();
         random.mutate(bytes, 72);
         ASSERT_TRUE(tally.add(bytes)) << "file " << run;
     }
-    EXPECT_GT(tally.loaded, 1000);
-    EXPECT_GT(tally.failed, 1000);
+    EXPECT_GT(tally.loaded, test::rounds(1000));
+    EXPECT_GT(tally.failed, test::rounds(1000));
 }
 
 TEST(CFilePCXReference, AgreesWithTheReferenceOnRandomBytesBehindAHeader) {
     RandomBytes random(3);
     Tally tally;
-    for (int run = 0; run < 5000; ++run) {
+    for (int run = 0; run < test::rounds(5000); ++run) {
         PcxFile file = randomFile(random);
         file.body = random.bytes(random.upTo(300));
         ASSERT_TRUE(tally.add(file.bytes())) << "file " << run;
     }
-    EXPECT_GT(tally.loaded, 500);
+    EXPECT_GT(tally.loaded, test::rounds(500));
 }
 
 /// Every kind of small file, whole and cut at every length.

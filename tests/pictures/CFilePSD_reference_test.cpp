@@ -1,6 +1,8 @@
 #include "pictures/decoded_psd.h"
 #include "pictures/random_bytes.h"
 
+#include "support/rounds.h"
+
 #include <gtest/gtest.h>
 
 /// The reader and the reference over many files.
@@ -68,7 +70,7 @@ PsdFile randomFile(RandomBytes& random) {
 TEST(CFilePSDReference, AgreesWithTheReferenceOnThousandsOfFiles) {
     RandomBytes random(1);
     Tally tally;
-    constexpr int kFiles = 20000;
+    constexpr int kFiles = test::rounds(20000);
     for (int run = 0; run < kFiles; ++run)
         ASSERT_TRUE(tally.add(randomFile(random).bytes())) << "file " << run;
     // Neither outcome is rare.
@@ -79,24 +81,24 @@ TEST(CFilePSDReference, AgreesWithTheReferenceOnThousandsOfFiles) {
 TEST(CFilePSDReference, AgreesWithTheReferenceOnDamagedFiles) {
     RandomBytes random(2);
     Tally tally;
-    for (int run = 0; run < 10000; ++run) {
+    for (int run = 0; run < test::rounds(10000); ++run) {
         Bytes bytes = randomFile(random).bytes();
         random.mutate(bytes, 40);
         ASSERT_TRUE(tally.add(bytes)) << "file " << run;
     }
-    EXPECT_GT(tally.loaded, 500);
-    EXPECT_GT(tally.failed, 1000);
+    EXPECT_GT(tally.loaded, test::rounds(500));
+    EXPECT_GT(tally.failed, test::rounds(1000));
 }
 
 TEST(CFilePSDReference, AgreesWithTheReferenceOnRandomImageData) {
     RandomBytes random(3);
     Tally tally;
-    for (int run = 0; run < 10000; ++run) {
+    for (int run = 0; run < test::rounds(10000); ++run) {
         PsdFile file = randomFile(random);
         file.data = random.bytes(random.upTo(400));
         ASSERT_TRUE(tally.add(file.bytes())) << "file " << run;
     }
-    EXPECT_GT(tally.loaded, 500);
+    EXPECT_GT(tally.loaded, test::rounds(500));
 }
 
 TEST(CFilePSDReference, AgreesWithTheReferenceOnFilesCutAtEveryLength) {

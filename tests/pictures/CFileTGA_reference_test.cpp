@@ -1,5 +1,7 @@
 #include "pictures/decoded_targa.h"
 
+#include "support/rounds.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
@@ -71,7 +73,7 @@ private:
 TEST(CFileTGAReference, AgreesWithTheReferenceOnThousandsOfFiles) {
     RandomTarga random(1);
     int loaded = 0;
-    constexpr int kFiles = 20000;
+    constexpr int kFiles = test::rounds(20000);
     for (int run = 0; run < kFiles; ++run) {
         const Bytes bytes = random.file().bytes();
         ASSERT_TRUE(test::agrees(bytes)) << "file " << run;
@@ -84,7 +86,7 @@ TEST(CFileTGAReference, AgreesWithTheReferenceOnThousandsOfFiles) {
 
 TEST(CFileTGAReference, AgreesWithTheReferenceOnRandomBytes) {
     RandomTarga random(2);
-    for (int run = 0; run < 5000; ++run) {
+    for (int run = 0; run < test::rounds(5000); ++run) {
         Bytes bytes(static_cast<std::size_t>(random.upTo(120)), 0);
         for (std::uint8_t& byte : bytes)
             byte = random.byte();

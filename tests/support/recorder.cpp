@@ -3,7 +3,6 @@
 #include "platform/tables.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace orvane::test {
 
@@ -15,9 +14,8 @@ ScopedInterception::ScopedInterception(std::vector<platform::OperationBase*> ope
 }
 
 ScopedInterception::~ScopedInterception() {
-    for (platform::OperationBase* operation : operations_ | std::views::reverse) {
-        operation->restore();
-    }
+    std::for_each(operations_.rbegin(), operations_.rend(),
+                  [](platform::OperationBase* operation) { operation->restore(); });
 }
 
 Recorder::Recorder() : Recorder(platform::allOperations()) {}

@@ -2,6 +2,8 @@
 
 #include "utilities/command_line_reference.h"
 
+#include "support/rounds.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
@@ -25,8 +27,8 @@ TEST(CommandLineParserRandom, AgreesWithTheRulesOnRandomLines) {
     // Mostly the characters that decide something.
     constexpr std::u16string_view kUnits = u"  \"\"ab\\\t\r\n\u00A0\u0416\0"sv;
     std::mt19937 random(20);
-    std::size_t compared = 0;
-    for (int run = 0; run < 20000; ++run) {
+    int compared = 0;
+    for (int run = 0; run < test::rounds(20000); ++run) {
         std::u16string line(random() % 24, u'\0');
         for (char16_t& unit : line)
             unit = kUnits[random() % kUnits.size()];
@@ -40,7 +42,7 @@ TEST(CommandLineParserRandom, AgreesWithTheRulesOnRandomLines) {
         ASSERT_EQ(tokensOf(*parser), expected) << "run " << run;
         ++compared;
     }
-    EXPECT_GT(compared, 15000U);
+    EXPECT_GT(compared, test::rounds(15000));
 }
 
 TEST(CommandLineParserRandom, TheReferenceSplitsAsTheRulesSay) {

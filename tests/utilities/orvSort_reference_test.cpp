@@ -3,6 +3,8 @@
 #include "small_stack.h"
 #include "sort_reference.h"
 
+#include "support/rounds.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -70,7 +72,7 @@ bool expectLikeReference(const std::vector<T>& elements, std::uint64_t seed) {
 
 template <class T, class Make>
 void expectLikeReferenceForAllSizes(Make makeElement) {
-    for (std::uint32_t seed = 1; seed <= 6; ++seed) {
+    for (std::uint32_t seed = 1; seed <= static_cast<std::uint32_t>(test::rounds(6)); ++seed) {
         for (std::size_t size : kSizes) {
             std::mt19937 random(seed * 10000 + static_cast<std::uint32_t>(size));
             std::vector<T> elements;

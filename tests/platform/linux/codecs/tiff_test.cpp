@@ -26,7 +26,7 @@ TiffFile sampleFile(int photometric, int bits) {
     file.sample = sampleAt;
     if (photometric == 3) {
         for (int i = 0; i < 3 << bits; ++i)
-            file.palette.push_back(static_cast<uint16_t>(i * 21277 + 300));
+            file.palette.push_back(static_cast<uint16_t>(static_cast<unsigned>(i) * 21277U + 300U));
     }
     return file;
 }
