@@ -97,6 +97,15 @@ ORVANE_FOLDING inline __m128i load(const Distance& by) {
     return _mm_loadu_si128(static_cast<const __m128i*>(static_cast<const void*>(&by)));
 }
 
+/// Has the bytes fetched that are wanted in two pages' time: the processor by itself looks no
+/// further than the end of a page, and large arrays come from memory. An address behind the last
+/// byte does no harm.
+ORVANE_FOLDING inline void fetchAhead(const std::uint8_t* at) {
+    constexpr std::uintptr_t kAhead = 8192;
+    const auto wanted = reinterpret_cast<std::uintptr_t>(at) + kAhead;
+    _mm_prefetch(reinterpret_cast<const char*>(wanted), _MM_HINT_T0);
+}
+
 /// `block` moved on by a distance, onto the bytes that are there.
 ORVANE_FOLDING inline __m128i fold(__m128i block, __m128i by, __m128i onto) {
     return _mm_xor_si128(
@@ -126,6 +135,7 @@ ORVANE_FOLDING std::uint32_t byFolding(std::uint32_t state, std::span<const std:
     const __m128i far = load(kFourBlocks);
     std::size_t left = bytes.size() - kStep;
     for (at += kStep; left >= kStep; at += kStep, left -= kStep) {
+        fetchAhead(at);
         first = fold(first, far, load(at));
         second = fold(second, far, load(at + kBlock));
         third = fold(third, far, load(at + 2 * kBlock));
