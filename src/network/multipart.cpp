@@ -1,6 +1,7 @@
 #include "network/multipart.h"
 
 #include "frame/errors.h"
+#include "frame/values/large_memory.h"
 #include "frame/values/text.h"
 
 #include <algorithm>
@@ -14,8 +15,12 @@ void append(std::u16string& form, std::initializer_list<WStringView> pieces) {
         if (piece.size() > limit - length) raise(error::kOutOfMemory);
         length += piece.size();
     }
-    if (length > form.capacity())
-        form.reserve(std::max(length, std::min(form.capacity() * 2, limit)));
+    if (length > form.capacity()) {
+        std::u16string larger =
+            textWithRoom(std::max(length, std::min(form.capacity() * 2, limit)));
+        larger += form;
+        form.swap(larger);
+    }
     for (const WStringView piece : pieces)
         form += piece;
 }

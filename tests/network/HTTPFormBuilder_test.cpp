@@ -142,6 +142,18 @@ TEST_F(FormBuilder, TakesAMebiOfAnythingInEveryPlace) {
                   u"\r\n");
 }
 
+TEST_F(FormBuilder, IsWholeAfterManyElements) {
+    std::u16string expected;
+    for (char16_t i = 0; i < 400; ++i) {
+        const std::u16string data(20000, static_cast<char16_t>(u'A' + i));
+        builder_->AddTextElement(u"n", data);
+        expected += B u"\r\nContent-Disposition: form-data; name=\"n\"\r\n\r\n" + data + u"\r\n";
+    }
+    EXPECT_TRUE(builder_->FormData().units() == expected + B u"--");
+    builder_->AddTextElement(u"n", u"");
+    EXPECT_TRUE(builder_->FormData().units().starts_with(expected));
+}
+
 TEST_F(FormBuilder, WorksLateBound) {
     const Object late = builder_->asObject();
     late.call(u"AddElement", {u"a", 1});

@@ -1,6 +1,7 @@
 #include "frame/values/codepage.h"
 
 #include "frame/values/ascii_blocks.h"
+#include "frame/values/large_memory.h"
 #include "platform/kernel32.h"
 
 #include <algorithm>
@@ -36,8 +37,7 @@ public:
 
     WString toText(const std::uint8_t* bytes, std::size_t count) const {
         if (bytes == nullptr) return {};
-        std::u16string text;
-        text.reserve(count);
+        std::u16string text = textWithRoom(count);
         // By way of a buffer that stays in the cache: a string can't be made without filling it.
         std::array<char16_t, 2048> units;
         for (std::size_t at = 0; at < count; at += units.size()) {

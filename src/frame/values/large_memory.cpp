@@ -1,6 +1,7 @@
 #include "frame/values/large_memory.h"
 
 #include "platform/kernel32.h"
+#include "platform/memory.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -24,6 +25,14 @@ void freeZeroed(void* block, std::size_t size) {
     } else {
         std::free(block);
     }
+}
+
+std::u16string textWithRoom(std::size_t units) {
+    std::u16string text;
+    text.reserve(units);
+    const std::size_t size = text.capacity() * sizeof(char16_t);
+    if (size >= kLarge) platform::expectFilling(text.data(), size);
+    return text;
 }
 
 }  // namespace orvane

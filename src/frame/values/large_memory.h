@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 namespace orvane {
 
@@ -10,5 +11,8 @@ void* allocateZeroed(std::size_t size);
 
 /// Frees what `allocateZeroed` gave for the same size; null is none.
 void freeZeroed(void* block, std::size_t size);
+
+/// An empty text with room for `units` units, which are to be written soon.
+std::u16string textWithRoom(std::size_t units);
 
 }  // namespace orvane

@@ -2,6 +2,7 @@
 
 #include "platform/linux/errors.h"
 #include "platform/linux/kernel32_parts.h"
+#include "platform/memory.h"
 
 #include <cerrno>
 #include <sys/mman.h>
@@ -22,6 +23,10 @@ bool freePages(void* pages, std::size_t size) {
     if (::munmap(pages, size) == 0) return true;
     setLastError(errorFromErrno(errno));
     return false;
+}
+
+void expectFilling(void* memory, std::size_t size) {
+    preferLargePages(memory, size);
 }
 
 }  // namespace orvane::platform
