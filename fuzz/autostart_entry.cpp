@@ -1,21 +1,15 @@
 #include "platform/linux/autostart/entry.h"
 
 #include "platform/linux/exec_reader.h"
+#include "target.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
-
 namespace {
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 bool hasTwoBlanks(const std::string& path) {
     return path.find(' ') != path.rfind(' ');

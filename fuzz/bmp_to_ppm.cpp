@@ -1,10 +1,9 @@
 #include "bmp_to_ppm.h"
+#include "target.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <exception>
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 /// The command-line host's own reader of bitmaps: it gives a picture or says why not.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -1,23 +1,17 @@
 #pragma once
 
 #include "platform/linux/codecs/decoders.h"
+#include "target.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <new>
 #include <span>
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace orvane::codecs::fuzz {
 
 /// Small enough for thousands of runs a second; decoders see the limits as they see the real ones.
 constexpr Limits kLimits{uint64_t{1} << 22, uint64_t{1} << 24};
-
-inline void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 inline uint64_t sumOf(const uint8_t* bytes, size_t count) {
     uint64_t sum = 0;

@@ -1,22 +1,12 @@
 #include "utilities/CommandLineParser.h"
 
+#include "target.h"
 #include "utilities/command_line_reference.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <vector>
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
-
-namespace {
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
-
-}  // namespace
 
 /// A command line: the parser and the reference find the same tokens. Each byte is a unit, which
 /// leaves the characters that decide something within the fuzzer's reach.

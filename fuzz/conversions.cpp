@@ -3,11 +3,11 @@
 #include "frame/values/conversions.h"
 #include "frame/errors.h"
 #include "frame/values/compare.h"
+#include "target.h"
 
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <optional>
@@ -16,10 +16,6 @@
 namespace {
 
 using namespace orvane;
-
-void require(bool condition) {
-    if (!condition) std::abort();
-}
 
 /// The result of a conversion, or nothing when it raises one of its two errors.
 template <class Conversion>
@@ -81,8 +77,6 @@ void readBits(const std::uint8_t* data) {
 }
 
 }  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     // Bytes as units reach the grammar fastest; what is outside Latin-1 is no number anyway.

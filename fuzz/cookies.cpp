@@ -1,13 +1,12 @@
 #include "network/Cookies.h"
 
 #include "network/cookies_reference.h"
+#include "target.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 /// Cookies of a server, one unit a byte: what comes of them is what the single steps make of them.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -1,19 +1,13 @@
 #include "network/CrackURL.h"
+#include "target.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace {
 
 using namespace orvane;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 struct Parts {
     WString protocol;

@@ -1,20 +1,14 @@
 #include "network/gzip_outcome.h"
+#include "target.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace {
 
 /// As much data as the reference makes in time.
 constexpr std::int32_t kMostData = 1 << 20;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 }  // namespace
 

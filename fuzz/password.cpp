@@ -1,22 +1,12 @@
 #include "network/modPasswordCryptor.h"
 
 #include "frame/values/codepage.h"
+#include "target.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <span>
 #include <string>
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
-
-namespace {
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
-
-}  // namespace
 
 /// A hidden password as a registry may hold it, and one that was hidden just now.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

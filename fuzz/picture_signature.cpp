@@ -1,11 +1,10 @@
 #include "platform/win32/picture_signature.h"
+#include "target.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 /// The first bytes of a file that the Windows loader is asked for; those behind them don't count.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

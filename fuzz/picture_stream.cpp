@@ -1,12 +1,11 @@
 #include "platform/linux/codecs/decoders.h"
 #include "platform/oleaut32.h"
 #include "support/memory_stream.h"
+#include "target.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace {
 

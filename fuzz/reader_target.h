@@ -3,15 +3,13 @@
 #include "pictures/DecodedImage.h"
 #include "pictures/memory_file.h"
 #include "pictures/reference_image.h"
+#include "target.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <span>
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 /// A file for one of the readers that have a reference: both come to the same outcome and the same
 /// pixels.
@@ -19,10 +17,6 @@ namespace orvane::fuzz {
 
 /// As many bytes as the reference gets through in time.
 constexpr std::int64_t kMostBytes = 1 << 18;
-
-inline void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 inline void requireSame(const DecodedImage& image, const test::ReferenceImage& expected) {
     require(image.Width == expected.width && image.Height == expected.height);

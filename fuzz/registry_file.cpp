@@ -1,18 +1,12 @@
 #include "tools/registry_files.h"
 
 #include "registry/reg_file_writer.h"
+#include "target.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 /// The default value stands first in what is written, wherever it came.
 bool isInWritingOrder(const orvane::tool::RegistryFile& file) {

@@ -1,22 +1,12 @@
 #include "settings/settings_versions.h"
 
 #include "settings/versions_reference.h"
+#include "target.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
-
-namespace {
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
-
-}  // namespace
 
 /// Version texts, one a line: comparison and order are the reference's, and the newest version
 /// before the first line's is older than that and not older than any other that is. Each byte is a

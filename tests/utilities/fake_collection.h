@@ -4,8 +4,7 @@
 #include "frame/automation/marshal.h"
 #include "frame/errors.h"
 #include "frame/values/conversions.h"
-
-#include "orvane/automation.h"
+#include "support/host_object.h"
 
 #include <string>
 #include <utility>
@@ -15,26 +14,10 @@ namespace orvane::test {
 
 /// A collection of a host: `Count` and `Item`, reached by name, counted from 1. Items can be made
 /// to fail, and the requests are noted.
-class FakeCollection final : public IDispatch {
+class FakeCollection final : public HostObject {
 public:
     explicit FakeCollection(std::vector<Variant> items) : items_(std::move(items)) {}
-    virtual ~FakeCollection() = default;
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        *object = nullptr;
-        if (!(iid == IID_IUnknown) && !(iid == IID_IDispatch)) return E_NOINTERFACE;
-        AddRef();
-        *object = static_cast<IDispatch*>(this);
-        return S_OK;
-    }
-    // It lives as long as the test's variable.
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override { return --references_; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
-        *count = 0;
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID,
                                             DISPID* id) override {
         const void* units = names[0];
@@ -61,9 +44,6 @@ public:
         return S_OK;
     }
 
-    Object object() { return Object(static_cast<IDispatch*>(this)); }
-    ULONG references() const { return references_; }
-
     std::vector<std::string> requests;
     bool countFails = false;
     std::int32_t failingItem = -1;
@@ -77,7 +57,6 @@ private:
     }
 
     std::vector<Variant> items_;
-    ULONG references_ = 0;
 };
 
 }  // namespace orvane::test

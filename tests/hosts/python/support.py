@@ -34,3 +34,12 @@ def run(program, **environment):
     done = subprocess.run([sys.executable, "-c", program], env=given, text=True,
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
     return done.stdout + ("" if done.returncode == 0 else "ended with %d" % done.returncode)
+
+
+def raised_by(function, *arguments):
+    """The number of the error that a call raises, 0 when it raises none."""
+    try:
+        function(*arguments)
+    except orvane.Error as error:
+        return error.number
+    return 0

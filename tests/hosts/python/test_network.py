@@ -8,7 +8,7 @@ import socket
 import threading
 import unittest
 
-from support import orvane
+from support import orvane, raised_by
 
 ALL_BYTES = bytes(range(256))
 
@@ -20,15 +20,6 @@ class Application:
     Major = 1
     Minor = "2"
     Revision = 3
-
-
-def raised_by(function, *arguments):
-    """The number of the error that a call raises, 0 when it raises none."""
-    try:
-        function(*arguments)
-    except orvane.Error as error:
-        return error.number
-    return 0
 
 
 def parts_of(header, body):

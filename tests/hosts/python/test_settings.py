@@ -4,7 +4,7 @@ import os
 import sys
 import unittest
 
-from support import orvane
+from support import orvane, raised_by
 
 STRING, LONG, BINARY, BOOLEAN = range(4)
 CURRENT_USER = orvane.RegistryRoot_Const.HKEY_CURRENT_USER
@@ -24,15 +24,6 @@ class Application:
     Title = property(lambda self: self._read("Title"))
     Major = property(lambda self: self._read("Major"))
     Minor = property(lambda self: self._read("Minor"))
-
-
-def raised_by(function, *arguments):
-    """The number of the error that a call raises, 0 when it raises none."""
-    try:
-        function(*arguments)
-    except orvane.Error as error:
-        return error.number
-    return 0
 
 
 class Settings(unittest.TestCase):

@@ -5,18 +5,9 @@ import subprocess
 import sys
 import unittest
 
-from support import ROOT, orvane
+from support import ROOT, orvane, raised_by
 
 GUID = "{6E7F34A2-9D1C-4E0B-8C53-%012d}" % os.getpid()
-
-
-def raised_by(function, *arguments):
-    """The number of the error that a call raises, 0 when it raises none."""
-    try:
-        function(*arguments)
-    except orvane.Error as error:
-        return error.number
-    return 0
 
 
 class Arrays(unittest.TestCase):

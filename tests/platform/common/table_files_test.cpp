@@ -72,6 +72,20 @@ TEST_F(TableFilesTest, AMissingFileIs2AndAMissingFolder3) {
     EXPECT_EQ(lastError(), kErrorFileNotFound);
 }
 
+TEST_F(TableFilesTest, ANameWithANulIsRefusedEverywhere) {
+    dir_.write("a", "text");
+    const std::string name = dir_.file("a") + std::string("\0b", 2);
+    EXPECT_EQ(open(name, FileAccess::read, FileDisposition::openExisting), FileHandle::none);
+    EXPECT_EQ(lastError(), kErrorInvalidName);
+    EXPECT_FALSE(kernel32.DeleteFileA(name));
+    EXPECT_EQ(kernel32.GetFileAttributesA(name), kInvalidFileAttributes);
+    EXPECT_FALSE(kernel32.CreateDirectoryA(name));
+    EXPECT_EQ(kernel32.GetFullPathNameA(name), "");
+    EXPECT_EQ(kernel32.GetLongPathNameA(name), "");
+    EXPECT_EQ(kernel32.GetTempFileNameA(name, "TMP"), "");
+    EXPECT_TRUE(dir_.has("a"));
+}
+
 TEST_F(TableFilesTest, AFolderCannotBeOpened) {
     EXPECT_EQ(open(dir_.name(), FileAccess::read, FileDisposition::openExisting), FileHandle::none);
     EXPECT_EQ(lastError(), kErrorAccessDenied);

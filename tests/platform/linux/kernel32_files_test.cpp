@@ -202,20 +202,6 @@ TEST_F(LinuxFilesTest, FullNamesAreAbsoluteAndFolded) {
     EXPECT_EQ(lastError(), kErrorInvalidName);
 }
 
-TEST_F(LinuxFilesTest, ANameWithANulIsRefusedEverywhere) {
-    dir_.write("a", "text");
-    const std::string name = dir_.file("a") + std::string("\0b", 2);
-    EXPECT_EQ(open(name), FileHandle::none);
-    EXPECT_EQ(lastError(), kErrorInvalidName);
-    EXPECT_FALSE(kernel32.DeleteFileA(name));
-    EXPECT_EQ(kernel32.GetFileAttributesA(name), kInvalidFileAttributes);
-    EXPECT_FALSE(kernel32.CreateDirectoryA(name));
-    EXPECT_EQ(kernel32.GetFullPathNameA(name), "");
-    EXPECT_EQ(kernel32.GetLongPathNameA(name), "");
-    EXPECT_EQ(kernel32.GetTempFileNameA(name, "TMP"), "");
-    EXPECT_TRUE(dir_.has("a"));
-}
-
 TEST(LinuxErrors, HaveThePlatformsNumbers) {
     EXPECT_EQ(errorFromErrno(ENOENT), 2u);
     EXPECT_EQ(errorFromErrno(EACCES), 5u);

@@ -20,21 +20,6 @@ TEST_F(FilesTest, AnOpenFileCanBeReadAndWrittenByOthers) {
     EXPECT_TRUE(kernel32.CloseHandle(second));
 }
 
-TEST_F(FilesTest, ANameWithANulIsRefusedWhole) {
-    dir_.write("a", "text");
-    const std::string name = dir_.file("a") + std::string("\0b", 2);
-    EXPECT_EQ(kernel32.CreateFileA(name, FileAccess::read, FileDisposition::openExisting),
-              FileHandle::none);
-    EXPECT_EQ(lastError(), kErrorInvalidName);
-    EXPECT_FALSE(kernel32.DeleteFileA(name));
-    EXPECT_EQ(kernel32.GetFileAttributesA(name), kInvalidFileAttributes);
-    EXPECT_FALSE(kernel32.CreateDirectoryA(name));
-    EXPECT_EQ(kernel32.GetFullPathNameA(name), "");
-    EXPECT_EQ(kernel32.GetLongPathNameA(name), "");
-    EXPECT_EQ(kernel32.GetTempFileNameA(name, "TMP"), "");
-    EXPECT_TRUE(dir_.has("a"));
-}
-
 TEST_F(FilesTest, FullNamesHaveNoDots) {
     EXPECT_EQ(kernel32.GetFullPathNameA("C:\\a\\.\\b\\..\\c"), "C:\\a\\c");
     EXPECT_EQ(kernel32.GetFullPathNameA(""), "");
