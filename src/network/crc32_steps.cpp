@@ -132,19 +132,19 @@ ORVANE_FOLDING std::uint32_t byFolding(std::uint32_t state, std::span<const std:
     __m128i second = load(at + kBlock);
     __m128i third = load(at + 2 * kBlock);
     __m128i fourth = load(at + 3 * kBlock);
-    const __m128i far = load(kFourBlocks);
+    const __m128i overFour = load(kFourBlocks);
     std::size_t left = bytes.size() - kStep;
     for (at += kStep; left >= kStep; at += kStep, left -= kStep) {
         fetchAhead(at);
-        first = fold(first, far, load(at));
-        second = fold(second, far, load(at + kBlock));
-        third = fold(third, far, load(at + 2 * kBlock));
-        fourth = fold(fourth, far, load(at + 3 * kBlock));
+        first = fold(first, overFour, load(at));
+        second = fold(second, overFour, load(at + kBlock));
+        third = fold(third, overFour, load(at + 2 * kBlock));
+        fourth = fold(fourth, overFour, load(at + 3 * kBlock));
     }
-    const __m128i near = load(kOneBlock);
-    __m128i block = fold(fold(fold(first, near, second), near, third), near, fourth);
+    const __m128i overOne = load(kOneBlock);
+    __m128i block = fold(fold(fold(first, overOne, second), overOne, third), overOne, fourth);
     for (; left >= kBlock; at += kBlock, left -= kBlock)
-        block = fold(block, near, load(at));
+        block = fold(block, overOne, load(at));
     std::array<std::uint8_t, kBlock> folded;
     _mm_storeu_si128(static_cast<__m128i*>(static_cast<void*>(folded.data())), block);
     return bySlices(bySlices(0, folded), {at, left});
