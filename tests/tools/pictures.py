@@ -54,6 +54,23 @@ def icon(size, masked=0, cursor=False):
     return struct.pack('<HHHBBBBHHII', 0, 2 if cursor else 1, 1, size, size, 0, 0, *place, len(image), 22) + image
 
 
+def metafile():
+    """A placeable Windows metafile of two inches by one: a rectangle filled with (200, 100, 50)."""
+    def record(function, *words):
+        return struct.pack(f'<IH{len(words)}h', 3 + len(words), function, *words)
+
+    placeable = struct.pack('<IH4hHI', 0x9AC6CDD7, 0, 0, 0, 2000, 1000, 1000, 0)
+    checksum = 0
+    for (word,) in struct.iter_unpack('<H', placeable):
+        checksum ^= word
+    # The window's origin and size, a solid brush as object 0, selected, a rectangle over all, the end.
+    records = (record(0x020B, 0, 0) + record(0x020C, 1000, 2000) +
+               record(0x02FC, 0, 200 | 100 << 8, 50, 0) + record(0x012D, 0) +
+               record(0x041B, 1000, 2000, 0, 0) + record(0))
+    header = struct.pack('<HHHIHIH', 1, 9, 0x300, 9 + len(records) // 2, 1, 7, 0)
+    return placeable + struct.pack('<H', checksum) + header + records
+
+
 def read_ppm(data):
     magic, size, most, rows = data.split(b'\n', 3)
     assert magic == b'P6' and most == b'255', data[:20]

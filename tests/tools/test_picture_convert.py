@@ -80,9 +80,22 @@ class PictureConvert(ToolCase):
         self.write('a.ppm', b'the old one')
         self.assert_fails('text', 'a.ppm', 'text: error 481 Invalid picture')
 
-    def test_an_icon_can_not_be_converted(self):
-        self.write('a.ico', pictures.icon(16))
-        self.assert_fails('a.ico', 'a.bmp', 'a.ico: Windows icon: only bitmaps')
+    def test_icons_and_cursors_are_drawn_on_the_colour_of_a_form(self):
+        drawn = [[(0xF0, 0xF0, 0xF0)] * 8 + [(3, 2, 1)] * 8] * 16
+        self.write('a.ico', pictures.icon(16, masked=8))
+        self.assertEqual(pictures.read_bmp(self.convert('a.ico', 'a.bmp')), drawn)
+        self.assertEqual(pictures.read_ppm(self.convert('a.ico', 'a.ppm')), drawn)
+        self.write('a.cur', pictures.icon(32, cursor=True))
+        self.assertEqual(pictures.read_bmp(self.convert('a.cur', 'b.bmp')), [[(3, 2, 1)] * 32] * 32)
+
+    def test_a_metafile_is_drawn_where_the_system_plays_it(self):
+        self.write('a.wmf', pictures.metafile())
+        if not tool_case.on_windows:
+            self.assert_fails('a.wmf', 'a.bmp', "a.wmf: Windows metafile: can't be drawn on this system")
+            return
+        drawn = pictures.read_bmp(self.convert('a.wmf', 'a.bmp'))
+        self.assertEqual((len(drawn[0]), len(drawn)), (480, 240))
+        self.assertEqual({pixel for row in drawn[5:-5] for pixel in row[5:-5]}, {(200, 100, 50)})
 
     def test_a_missing_folder(self):
         self.write('a.tga', pictures.tga(pictures.pattern(2, 2)))

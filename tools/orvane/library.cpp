@@ -151,9 +151,7 @@ bool LoadedPicture::isIcon() const {
 
 std::vector<std::uint8_t> bmpOf(const LoadedPicture& loaded) {
     const auto picture = loaded.picture.query<IPicture>(IID_IPicture);
-    if (!loaded.isBitmap()) {
-        throw Failure(loaded.facts.typeName + ": only bitmaps can be converted");
-    }
+    if (!loaded.isBitmap()) throw Failure(loaded.facts.typeName + ": no bitmap");
     // The system's own pictures keep the file that they come from and would save that.
     picture->put_KeepOriginalFormat(0);
     picture->PictureChanged();

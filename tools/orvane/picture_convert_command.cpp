@@ -1,5 +1,7 @@
 #include "bmp_to_ppm.h"
+#include "bmp_writer.h"
 #include "commands.h"
+#include "drawn_picture.h"
 #include "extension.h"
 #include "library.h"
 #include "png_writer.h"
@@ -7,6 +9,7 @@
 #include "utf8.h"
 
 #include <cstdint>
+#include <optional>
 
 namespace orvane::tool {
 
@@ -21,6 +24,18 @@ Format formatOf(const std::string& name) {
     throw UsageError("picture convert: OUT has to end in .bmp, .ppm or .png");
 }
 
+/// What lies behind the transparent parts of a picture that is drawn: the colour of a form, as
+/// behind those of all other pictures.
+constexpr Rgb kButtonFace{0xF0, 0xF0, 0xF0};
+
+/// The picture as a BMP file: a bitmap's own pixels, anything else as the system draws it.
+std::vector<std::uint8_t> bmpOfAny(const LoadedPicture& loaded) {
+    if (loaded.isBitmap()) return bmpOf(loaded);
+    const std::optional<RgbImage> drawn = drawnPicture(loaded, kButtonFace);
+    if (!drawn) throw Failure(loaded.facts.typeName + ": can't be drawn on this system");
+    return bmpFromRgb(*drawn);
+}
+
 }  // namespace
 
 int runPictureConvert(Words words) {
@@ -32,7 +47,7 @@ int runPictureConvert(Words words) {
     Library library;
     std::vector<std::uint8_t> content;
     try {
-        content = bmpOf(library.loadPicture(in));
+        content = bmpOfAny(library.loadPicture(in));
         if (format == Format::ppm) content = ppmFromBmp(content);
         if (format == Format::png) content = pngOf(rgbFromBmp(content));
     } catch (const LibraryError& error) {
