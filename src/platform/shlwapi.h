@@ -29,8 +29,8 @@ extern Shlwapi shlwapi;
 /// Windows' registry has none that every system knows: there a begin gives 50
 /// (`kErrorNotSupported`), and the caller goes without.
 struct RegistryTransactions {
-    /// Begins a transaction of the calling thread; other threads' calls wait until it ends. 1247
-    /// (already begun) when the thread has one.
+    /// Begins a transaction of the calling thread; other threads' calls wait until it ends. 6717
+    /// when the thread has one already.
     Operation<ResultCode()> Begin{"registry", "BeginTransaction", ResultCode{kErrorNotSupported}};
     /// Makes the changes last. On a failure they are undone, and the transaction is over as well.
     Operation<ResultCode()> Commit{"registry", "CommitTransaction", ResultCode{kErrorDiskFull}};
