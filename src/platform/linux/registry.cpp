@@ -1,11 +1,14 @@
 #include "platform/registry_operations.h"
 
 #include "platform/linux/handle_table.h"
+#include "platform/linux/registry_answer.h"
 #include "platform/linux/registry_module.h"
 #include "platform/linux/registry_texts.h"
 
 #include <algorithm>
+#include <mutex>
 #include <new>
+#include <utility>
 
 namespace orvane::platform::registry {
 
@@ -33,6 +36,18 @@ struct Key {
     std::int64_t id = 0;
     std::u16string path{};
     std::uint32_t rights = kAllRights;
+    /// What the last use of the handle left for the next one.
+    std::mutex mutex{};
+    RegistryAnswer answer{};
+
+    RegistryAnswer takeAnswer() {
+        const std::scoped_lock lock(mutex);
+        return std::exchange(answer, {});
+    }
+    void keepAnswer(RegistryAnswer kept) {
+        const std::scoped_lock lock(mutex);
+        answer = std::move(kept);
+    }
 
     OrvaneStoreKey inStore() const {
         return {root, id, reinterpret_cast<const std::uint16_t*>(path.data()),
@@ -77,9 +92,10 @@ bool isForWriting(std::uint32_t access) {
 }
 
 /// Every call comes through here: it finds the key, and gives its right and the code of what
-/// `inEmptyRoot` says for a key without a store.
+/// `inEmptyRoot` says for a key without a store. `body` gets the answer that the handle kept, too,
+/// and puts one back when the next question may go on with it.
 template <class Body>
-ResultCode onKey(RegistryKey handle, std::uint32_t right, std::uint32_t inEmptyRoot, Body&& body) {
+ResultCode asking(RegistryKey handle, std::uint32_t right, std::uint32_t inEmptyRoot, Body&& body) {
     const std::uint32_t before = lastError();
     try {
         const std::shared_ptr<Key> key = findKey(handle);
@@ -90,10 +106,19 @@ ResultCode onKey(RegistryKey handle, std::uint32_t right, std::uint32_t inEmptyR
         if (key->root == kEmptyRoot) return ResultCode{inEmptyRoot};
         const OrvaneStoreTable* store = registryStore();
         if (store == nullptr) return ResultCode{kErrorModuleNotFound};
-        return static_cast<ResultCode>(body(*key, *store));
+        return static_cast<ResultCode>(body(*key, *store, key->takeAnswer()));
     } catch (const std::bad_alloc&) {
         return ResultCode{kErrorNotEnoughMemory};
     }
+}
+
+/// The same for calls that neither need an answer nor give one.
+template <class Body>
+ResultCode onKey(RegistryKey handle, std::uint32_t right, std::uint32_t inEmptyRoot, Body&& body) {
+    return asking(handle, right, inEmptyRoot,
+                  [&](const Key& key, const OrvaneStoreTable& store, const RegistryAnswer&) {
+                      return body(key, store);
+                  });
 }
 
 /// A handle of the key at a path below another one.
@@ -150,6 +175,7 @@ ResultCode createKey(RegistryKey root, std::u16string_view subKey, std::uint32_t
         const OrvaneStoreName name = inStore(path);
         std::int64_t id = 0;
         int created = 0;
+        RegistryAnswer::outdate();
         std::uint32_t failure =
             store.create(&from, &name, isForWriting(access) ? 1 : 0, &id, &created);
         if (failure == kErrorSuccess) failure = addKey(base, path, id, access, key);
@@ -170,17 +196,13 @@ void takeBy(void* context, const std::uint16_t* name, std::uint32_t units, std::
         std::span(data, size));
 }
 
+/// Hands a value in the store to `function`.
 template <class Function>
-ResultCode query(RegistryKey key, std::u16string_view name, Function&& function) {
-    const RegistryName sought = valueName(name);
-    if (sought.spelled.size() > kLongestValueName) return ResultCode{kErrorFileNotFound};
-    return onKey(key, kKeyQueryValue, kErrorFileNotFound,
-                 [&](const Key& found, const OrvaneStoreTable& store) {
-                     const OrvaneStoreKey in = found.inStore();
-                     const OrvaneStoreName named = inStore(sought);
-                     return store.query(&in, &named, takeBy<std::remove_reference_t<Function>>,
-                                        &function);
-                 });
+std::uint32_t queryStore(const Key& key, const OrvaneStoreTable& store, const RegistryName& name,
+                         Function& function) {
+    const OrvaneStoreKey in = key.inStore();
+    const OrvaneStoreName named = inStore(name);
+    return store.query(&in, &named, takeBy<Function>, &function);
 }
 
 ResultCode set(RegistryKey key, std::u16string_view name, std::uint32_t type,
@@ -191,6 +213,7 @@ ResultCode set(RegistryKey key, std::u16string_view name, std::uint32_t type,
                  [&](const Key& found, const OrvaneStoreTable& store) {
                      const OrvaneStoreKey in = found.inStore();
                      const OrvaneStoreName named = inStore(written);
+                     RegistryAnswer::outdate();
                      return store.set(&in, &named, type, data.data(), data.size());
                  });
 }
@@ -202,29 +225,55 @@ ResultCode removeValue(RegistryKey key, std::u16string_view name) {
                  [&](const Key& found, const OrvaneStoreTable& store) {
                      const OrvaneStoreKey in = found.inStore();
                      const OrvaneStoreName named = inStore(sought);
+                     RegistryAnswer::outdate();
                      return store.deleteValue(&in, &named);
                  });
 }
 
+/// Gives the name at a place of a list that the handle's answer has; true when it had the list.
+template <class Function>
+bool nextName(RegistryAnswer& answer,
+              std::optional<RegistryAnswer::Names> RegistryAnswer::Lists::*list,
+              std::uint32_t index, std::uint32_t& code, Function&& function) {
+    const RegistryAnswer::Names* names = answer.names(list, index);
+    if (names == nullptr) return false;
+    code = kErrorNoMoreItems;
+    if (index >= names->names.size()) return true;
+    code = kErrorSuccess;
+    function(std::u16string_view(names->names[index]), 0u, std::span<const std::uint8_t>());
+    return true;
+}
+
 template <class Function>
 ResultCode enumerateKey(RegistryKey key, std::uint32_t index, Function&& function) {
-    return onKey(key, kKeyEnumerateSubKeys, kErrorNoMoreItems,
-                 [&](const Key& found, const OrvaneStoreTable& store) {
-                     const OrvaneStoreKey in = found.inStore();
-                     return store.subKey(&in, index, takeBy<std::remove_reference_t<Function>>,
-                                         &function);
-                 });
+    return asking(
+        key, kKeyEnumerateSubKeys, kErrorNoMoreItems,
+        [&](Key& found, const OrvaneStoreTable& store, RegistryAnswer answer) {
+            std::uint32_t code = kErrorSuccess;
+            if (nextName(answer, &RegistryAnswer::Lists::subKeys, index, code, function)) {
+                found.keepAnswer(std::move(answer));
+                return code;
+            }
+            const OrvaneStoreKey in = found.inStore();
+            return store.subKey(&in, index, takeBy<std::remove_reference_t<Function>>, &function);
+        });
 }
 
 template <class Function>
 ResultCode enumerateValue(RegistryKey key, std::uint32_t index, bool withData,
                           Function&& function) {
-    return onKey(key, kKeyQueryValue, kErrorNoMoreItems,
-                 [&](const Key& found, const OrvaneStoreTable& store) {
-                     const OrvaneStoreKey in = found.inStore();
-                     return store.value(&in, index, withData ? 1 : 0,
-                                        takeBy<std::remove_reference_t<Function>>, &function);
-                 });
+    return asking(key, kKeyQueryValue, kErrorNoMoreItems,
+                  [&](Key& found, const OrvaneStoreTable& store, RegistryAnswer answer) {
+                      std::uint32_t code = kErrorSuccess;
+                      if (!withData &&
+                          nextName(answer, &RegistryAnswer::Lists::values, index, code, function)) {
+                          found.keepAnswer(std::move(answer));
+                          return code;
+                      }
+                      const OrvaneStoreKey in = found.inStore();
+                      return store.value(&in, index, withData ? 1 : 0,
+                                         takeBy<std::remove_reference_t<Function>>, &function);
+                  });
 }
 
 ResultCode removeTree(RegistryKey root, std::u16string_view subKey) {
@@ -234,6 +283,7 @@ ResultCode removeTree(RegistryKey root, std::u16string_view subKey) {
                  [&](const Key& base, const OrvaneStoreTable& store) {
                      const OrvaneStoreKey from = base.inStore();
                      const OrvaneStoreName name = inStore(path);
+                     RegistryAnswer::outdate();
                      return store.deleteTree(&from, &name);
                  });
 }
@@ -259,24 +309,44 @@ ResultCode createKeyA(RegistryKey root, const std::string& subKey, std::uint32_t
     return createKey(root, wideText(subKey), access, key, disposition);
 }
 
-// As the platform does, a question without data that finds nothing gives the size 0.
+// As the platform does, a question without data that finds nothing gives the size 0. One that finds
+// something keeps it for the question with data that follows.
 ResultCode queryValueA(RegistryKey key, const std::string& name, std::uint32_t& type,
                        std::uint8_t* data, std::uint32_t& size) {
+    const RegistryName sought = valueName(wideText(name));
     bool fits = true;
+    RegistryAnswer kept;
+    auto give = [&](std::u16string_view, std::uint32_t found, std::span<const std::uint8_t> bytes) {
+        type = found;
+        const std::size_t needed = isText(found) ? bytes.size() / 2 : bytes.size();
+        fits = data == nullptr || needed <= size;
+        size = static_cast<std::uint32_t>(needed);
+        if (data == nullptr) {
+            kept = RegistryAnswer(
+                RegistryAnswer::Value{sought.folded, found, {bytes.begin(), bytes.end()}});
+        } else if (fits && isText(found)) {
+            std::ranges::copy(narrowTextIn(bytes), data);
+        } else if (fits) {
+            std::ranges::copy(bytes, data);
+        }
+    };
+    if (sought.spelled.size() > kLongestValueName) {
+        type = kRegNone;
+        if (data == nullptr) size = 0;
+        return ResultCode{kErrorFileNotFound};
+    }
     const ResultCode result =
-        query(key, wideText(name),
-              [&](std::u16string_view, std::uint32_t kept, std::span<const std::uint8_t> bytes) {
-                  type = kept;
-                  const std::size_t needed = isText(kept) ? bytes.size() / 2 : bytes.size();
-                  fits = data == nullptr || needed <= size;
-                  size = static_cast<std::uint32_t>(needed);
-                  if (data == nullptr || !fits) return;
-                  if (isText(kept)) {
-                      std::ranges::copy(narrowTextIn(bytes), data);
-                  } else {
-                      std::ranges::copy(bytes, data);
-                  }
-              });
+        asking(key, kKeyQueryValue, kErrorFileNotFound,
+               [&](Key& found, const OrvaneStoreTable& store, const RegistryAnswer& answer) {
+                   const auto* value = data == nullptr ? nullptr : answer.value(sought.folded);
+                   if (value != nullptr) {
+                       give({}, value->type, value->bytes);
+                       return kErrorSuccess;
+                   }
+                   const std::uint32_t code = queryStore(found, store, sought, give);
+                   found.keepAnswer(std::move(kept));
+                   return code;
+               });
     if (result == ResultCode{kErrorFileNotFound}) {
         type = kRegNone;
         if (data == nullptr) size = 0;
@@ -294,17 +364,38 @@ ResultCode deleteValueA(RegistryKey key, const std::string& name) {
     return removeValue(key, wideText(name));
 }
 
+namespace {
+
+/// Adds a name that the store counts to one of the lists behind `context`.
+template <std::optional<RegistryAnswer::Names> RegistryAnswer::Lists::*list>
+void addName(void* context, const std::uint16_t* name, std::uint32_t units, std::uint32_t,
+             const std::uint8_t*, std::size_t) {
+    (static_cast<RegistryAnswer::Lists*>(context)->*list)
+        ->names.emplace_back(reinterpret_cast<const char16_t*>(name), units);
+}
+
+}  // namespace
+
+// Keeps the names that it counts for the walk over them that follows.
 ResultCode queryInfoKeyA(RegistryKey key, KeyInformation& information) {
     information = {};
-    return onKey(
-        key, kKeyQueryValue, kErrorSuccess, [&](const Key& found, const OrvaneStoreTable& store) {
-            const OrvaneStoreKey in = found.inStore();
-            OrvaneStoreInformation kept{};
-            const std::uint32_t failure = store.information(&in, &kept);
-            information = {kept.subKeys, kept.longestSubKey, kept.values, kept.longestValueName,
-                           std::max(kept.longestText / 2, kept.longestOther)};
-            return failure;
-        });
+    return asking(key, kKeyQueryValue, kErrorSuccess,
+                  [&](Key& found, const OrvaneStoreTable& store, const RegistryAnswer&) {
+                      RegistryAnswer::Lists lists;
+                      lists.values.emplace();
+                      if ((found.rights & kKeyEnumerateSubKeys) != 0) lists.subKeys.emplace();
+                      const OrvaneStoreTake takeSubKey =
+                          lists.subKeys ? addName<&RegistryAnswer::Lists::subKeys> : nullptr;
+                      const OrvaneStoreKey in = found.inStore();
+                      OrvaneStoreInformation kept{};
+                      const std::uint32_t code = store.information(
+                          &in, &kept, takeSubKey, addName<&RegistryAnswer::Lists::values>, &lists);
+                      information = {kept.subKeys, kept.longestSubKey, kept.values,
+                                     kept.longestValueName,
+                                     std::max(kept.longestText / 2, kept.longestOther)};
+                      if (code == kErrorSuccess) found.keepAnswer(RegistryAnswer(std::move(lists)));
+                      return code;
+                  });
 }
 
 ResultCode enumKeyA(RegistryKey key, std::uint32_t index, std::span<char> name) {
@@ -349,10 +440,15 @@ ResultCode queryValueW(RegistryKey key, const std::u16string& name, std::uint32_
                        std::vector<std::uint8_t>& data) {
     type = kRegNone;
     data.clear();
-    return query(key, name,
-                 [&](std::u16string_view, std::uint32_t kept, std::span<const std::uint8_t> bytes) {
-                     type = kept;
-                     data.assign(bytes.begin(), bytes.end());
+    const RegistryName sought = valueName(name);
+    if (sought.spelled.size() > kLongestValueName) return ResultCode{kErrorFileNotFound};
+    auto give = [&](std::u16string_view, std::uint32_t kept, std::span<const std::uint8_t> bytes) {
+        type = kept;
+        data.assign(bytes.begin(), bytes.end());
+    };
+    return onKey(key, kKeyQueryValue, kErrorFileNotFound,
+                 [&](const Key& found, const OrvaneStoreTable& store) {
+                     return queryStore(found, store, sought, give);
                  });
 }
 
@@ -394,6 +490,7 @@ ResultCode deleteEmptyKeyA(RegistryKey root, const std::string& subKey) {
                  [&](const Key& base, const OrvaneStoreTable& store) {
                      const OrvaneStoreKey from = base.inStore();
                      const OrvaneStoreName name = inStore(path);
+                     RegistryAnswer::outdate();
                      return store.deleteEmpty(&from, &name);
                  });
 }
@@ -411,6 +508,7 @@ namespace {
 ResultCode inTransaction(std::uint32_t (*OrvaneStoreTable::*step)(void)) {
     const OrvaneStoreTable* store = registryStore();
     if (store == nullptr) return ResultCode{kErrorModuleNotFound};
+    RegistryAnswer::outdate();
     return static_cast<ResultCode>((store->*step)());
 }
 

@@ -165,6 +165,74 @@ TEST_F(RegistryStoreLinux, ClassesKeepTheirNamesBelowAHandle) {
     EXPECT_THAT(subKeys(kHkeyLocalMachine, "Software\\Classes"), ElementsAre("Orv.One"));
 }
 
+TEST_F(RegistryStoreLinux, ManyClassesAreListedInAMoment) {
+    constexpr int kMany = 800;
+    EXPECT_EQ(number(registryTransactions.Begin()), 0u);
+    for (int i = 0; i < kMany; ++i) {
+        const std::string name = "Orv.Class" + std::to_string(i);
+        EXPECT_EQ(write(kHkeyCurrentUser, "Software\\Classes\\" + name, "", "x"), 0u);
+        EXPECT_EQ(write(kHkeyLocalMachine, "Software\\Classes\\m" + name, "", "x"), 0u);
+    }
+    EXPECT_EQ(number(registryTransactions.Commit()), 0u);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(subKeys(kHkeyClassesRoot, "").size(), 2u * kMany);
+    // It took half a minute when each name was looked for among all the others, for each place anew.
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+}
+
+TEST_F(RegistryStoreLinux, ListOfClassesFollowsItsChanges) {
+    write(kHkeyLocalMachine, "Software\\Classes\\m", "v", "x");
+    write(kHkeyCurrentUser, "Software\\Classes\\u", "v", "x");
+    EXPECT_THAT(subKeys(kHkeyClassesRoot, ""), ElementsAre("u", "m"));
+    EXPECT_EQ(inChild([&] {
+                  write(kHkeyCurrentUser, "Software\\Classes\\u2", "v", "x");
+                  return 0;
+              }),
+              0);
+    EXPECT_THAT(subKeys(kHkeyClassesRoot, ""), ElementsAre("u", "u2", "m"));
+    registryTransactions.Begin();
+    write(kHkeyCurrentUser, "Software\\Classes\\u3", "v", "x");
+    EXPECT_THAT(subKeys(kHkeyClassesRoot, ""), ElementsAre("u", "u2", "u3", "m"));
+    registryTransactions.Rollback();
+    EXPECT_THAT(subKeys(kHkeyClassesRoot, ""), ElementsAre("u", "u2", "m"));
+    write(kHkeyCurrentUser, "Software\\Classes\\u", "w", "x");
+    EXPECT_THAT(values(kHkeyClassesRoot, "u"), ElementsAre("v", "w"));
+    EXPECT_THAT(values(kHkeyClassesRoot, "m"), ElementsAre("v"));
+    store_.closeDatabases();
+    fs::rename(store_.userFolder(), store_.userFolder() + "-elsewhere");
+    EXPECT_THAT(subKeys(kHkeyClassesRoot, ""), ElementsAre("m"));
+}
+
+/// One root that can't be read must not pass for one that has nothing.
+TEST_F(RegistryStoreLinux, ClassesTellTheErrorOfEitherRoot) {
+    for (const bool users : {true, false}) {
+        write(kHkeyCurrentUser, "Software\\Classes\\c", "v", "x");
+        write(kHkeyLocalMachine, "Software\\Classes\\c", "v", "x");
+        RegistryKey key{};
+        EXPECT_EQ(number(advapi32.RegOpenKeyExA(kHkeyClassesRoot, "c", 0, 11, key)), 0u);
+        store_.closeDatabases();
+        // A later version, bytes 60 to 63 of the header.
+        const std::string file = users ? store_.userFile() : store_.machineFile();
+        overwrite(file, 60, std::string_view("\0\0\0\x63", 4));
+        std::array<char, 20> name{};
+        std::uint32_t size = name.size();
+        KeyInformation information;
+        EXPECT_EQ(number(advapi32.RegQueryInfoKeyA(key, information)), 1009u) << users;
+        EXPECT_EQ(number(advapi32.RegEnumKeyA(key, 0, name)), 1009u) << users;
+        EXPECT_EQ(number(advapi32.RegEnumValueA(key, 0, name.data(), size)), 1009u) << users;
+        if (users) {
+            EXPECT_EQ(number(advapi32.RegDeleteValueA(key, "v")), 1009u);
+            EXPECT_EQ(write(kHkeyClassesRoot, "new", "v", "x"), 1009u);
+            EXPECT_EQ(number(shlwapi.SHDeleteKeyA(kHkeyClassesRoot, "c")), 1009u);
+        }
+        EXPECT_EQ(number(shlwapi.SHDeleteEmptyKeyA(kHkeyClassesRoot, "c")), 1009u) << users;
+        EXPECT_EQ(number(advapi32.RegCloseKey(key)), 0u);
+        store_.closeDatabases();
+        overwrite(file, 60, std::string_view("\0\0\0\x01", 4));
+        EXPECT_EQ(read(kHkeyClassesRoot, "c", "v"), "x");
+    }
+}
+
 // Processes.
 
 TEST_F(RegistryStoreLinux, ForkedChildGoesOnWithItsHandles) {

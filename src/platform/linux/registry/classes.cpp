@@ -1,6 +1,7 @@
 #include "platform/linux/registry/classes.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace orvane::store {
 
@@ -55,7 +56,9 @@ Code Classes::create(const Name& path, bool forWriting, bool& created) {
     Hive* hive = &machine_;
     for (std::u16string_view up = above(path.folded); !up.empty(); up = above(up)) {
         Found found{};
-        if (owner(up, hive, found) != kNotFound) break;
+        const Code code = owner(up, hive, found);
+        if (found.failed()) return code;
+        if (code == kSuccess) break;
     }
     std::int64_t id = 0;
     const std::u16string spelled = joined(kSpelledRoot, path.spelled);
@@ -66,7 +69,7 @@ Code Classes::create(const Name& path, bool forWriting, bool& created) {
 Code Classes::query(std::u16string_view path, std::u16string_view name, const Take& take) {
     for (Hive* hive : {&user_, &machine_}) {
         const Found found = find(*hive, path);
-        if (found.code != kSuccess && found.code != kNotFound) return found.code;
+        if (found.failed()) return found.code;
         if (!found.isThere()) continue;
         const Code code = hive->query(found.place(), name, take);
         if (code != kNotFound) return code;
@@ -89,6 +92,7 @@ Code Classes::set(std::u16string_view path, const Name& name, std::uint32_t type
 Code Classes::deleteValue(std::u16string_view path, std::u16string_view name) {
     for (Hive* hive : {&user_, &machine_}) {
         const Found found = find(*hive, path);
+        if (found.failed()) return found.code;
         if (!found.isThere()) continue;
         const Code code = hive->query(found.place(), name, kTakeNothing);
         if (code == kNotFound) continue;
@@ -97,87 +101,91 @@ Code Classes::deleteValue(std::u16string_view path, std::u16string_view name) {
     return kNotFound;
 }
 
-Code Classes::merge(Sql list, const Found& user, const Found& machine, std::vector<Item>& items) {
-    items.clear();
-    const std::pair<Hive*, const Found*> sources[] = {{&user_, &user}, {&machine_, &machine}};
-    for (const auto& [hive, found] : sources) {
-        if (!found->isThere()) continue;
-        std::vector<KeptName> names;
-        if (const Code code = hive->names(list, found->place(), names); code != kSuccess) {
-            return code;
-        }
-        for (KeptName& name : names) {
-            if (list == Sql::subKeys) name.folded = lastName(name.folded);
-            const bool isKnown = std::ranges::any_of(
-                items, [&](const Item& item) { return item.name.folded == name.folded; });
-            if (!isKnown) items.push_back({std::move(name), hive, found->place()});
-        }
+/// Adds the names of a key in one root that no item has yet.
+Code Classes::addNames(Sql list, Hive& hive, const Found& found, std::vector<Item>& items) {
+    if (found.failed()) return found.code;
+    if (!found.isThere()) return kSuccess;
+    std::vector<KeptName> names;
+    if (const Code code = hive.names(list, found.place(), names); code != kSuccess) return code;
+    std::unordered_set<std::u16string> known;
+    for (const Item& item : items)
+        known.insert(item.name.folded);
+    for (KeptName& name : names) {
+        if (list == Sql::subKeys) name.folded = lastName(name.folded);
+        if (!known.contains(name.folded)) items.push_back({std::move(name), &hive, found.id});
     }
     return kSuccess;
 }
 
-Code Classes::information(std::u16string_view path, OrvaneStoreInformation& information) {
-    information = {};
-    const Found user = find(user_, path);
-    const Found machine = find(machine_, path);
-    if (!user.isThere() && !machine.isThere()) return path.empty() ? kSuccess : kKeyDeleted;
-    std::vector<Item> items;
-    if (const Code code = merge(Sql::subKeys, user, machine, items); code != kSuccess) return code;
-    information.subKeys = static_cast<std::uint32_t>(items.size());
-    for (const Item& item : items) {
-        information.longestSubKey = std::max(information.longestSubKey,
-                                             static_cast<std::uint32_t>(item.name.spelled.size()));
+/// Reads a merged list, unless it is the one that was read last and neither root has changed since:
+/// a walk over a list by index reads it once.
+Code Classes::read(Listing& listing, std::u16string_view path) {
+    Moment user;
+    Moment machine;
+    if (const Code code = user_.moment(user); code != kSuccess) return code;
+    if (const Code code = machine_.moment(machine); code != kSuccess) return code;
+    if (listing.isRead && listing.path == path && listing.user == user &&
+        listing.machine == machine) {
+        return kSuccess;
     }
-    if (const Code code = merge(Sql::valueNames, user, machine, items); code != kSuccess) {
-        return code;
+    listing.isRead = false;
+    listing.items.clear();
+    const Found users = find(user_, path);
+    const Found machines = find(machine_, path);
+    for (const auto& [hive, found] : {std::pair{&user_, &users}, std::pair{&machine_, &machines}}) {
+        const Code code = addNames(listing.list, *hive, *found, listing.items);
+        if (code != kSuccess) return code;
     }
-    information.values = static_cast<std::uint32_t>(items.size());
-    for (const Item& item : items) {
-        information.longestValueName = std::max(
-            information.longestValueName, static_cast<std::uint32_t>(item.name.spelled.size()));
-    }
+    if (!path.empty() && !users.isThere() && !machines.isThere()) return kKeyDeleted;
+    listing.path = path;
+    listing.user = user;
+    listing.machine = machine;
+    listing.isRead = true;
+    return kSuccess;
+}
+
+Code Classes::content(std::u16string_view path, KeyContent& content) {
+    content = {};
+    if (const Code code = read(subKeys_, path); code != kSuccess) return code;
+    if (const Code code = read(values_, path); code != kSuccess) return code;
+    for (const Item& item : subKeys_.items)
+        content.subKeys.push_back(item.name);
+    for (const Item& item : values_.items)
+        content.values.push_back(item.name);
     // Data that another root's value hides may be counted in: room enough all the same.
-    for (const auto& [hive, found] : {std::pair{&user_, &user}, std::pair{&machine_, &machine}}) {
-        OrvaneStoreInformation one{};
-        if (!found->isThere() || hive->information(found->place(), one) != kSuccess) continue;
-        information.longestText = std::max(information.longestText, one.longestText);
-        information.longestOther = std::max(information.longestOther, one.longestOther);
+    for (Hive* hive : {&user_, &machine_}) {
+        const Found found = find(*hive, path);
+        if (found.failed()) return found.code;
+        if (!found.isThere()) continue;
+        KeyContent one;
+        if (const Code code = hive->content(found.place(), one); code != kSuccess) return code;
+        content.longestText = std::max(content.longestText, one.longestText);
+        content.longestOther = std::max(content.longestOther, one.longestOther);
     }
     return kSuccess;
 }
 
 Code Classes::subKey(std::u16string_view path, std::uint32_t index, const Take& take) {
-    std::vector<Item> items;
-    const Found user = find(user_, path);
-    const Found machine = find(machine_, path);
-    if (!path.empty() && !user.isThere() && !machine.isThere()) return kKeyDeleted;
-    if (const Code code = merge(Sql::subKeys, user, machine, items); code != kSuccess) return code;
-    if (index >= items.size()) return kNoMoreItems;
-    take(bytesOf(items[index].name.spelled), 0, {});
+    if (const Code code = read(subKeys_, path); code != kSuccess) return code;
+    if (index >= subKeys_.items.size()) return kNoMoreItems;
+    take(bytesOf(subKeys_.items[index].name.spelled), 0, {});
     return kSuccess;
 }
 
 Code Classes::value(std::u16string_view path, std::uint32_t index, bool, const Take& take) {
-    std::vector<Item> items;
-    const Found user = find(user_, path);
-    const Found machine = find(machine_, path);
-    if (!path.empty() && !user.isThere() && !machine.isThere()) return kKeyDeleted;
-    if (const Code code = merge(Sql::valueNames, user, machine, items); code != kSuccess) {
-        return code;
-    }
-    if (index >= items.size()) return kNoMoreItems;
-    const Item& item = items[index];
-    const Code code = item.hive->query(item.key, item.name.folded, take);
+    if (const Code code = read(values_, path); code != kSuccess) return code;
+    if (index >= values_.items.size()) return kNoMoreItems;
+    const Item& item = values_.items[index];
+    const Code code = item.hive->query({item.key, {}}, item.name.folded, take);
     return code == kNotFound ? kNoMoreItems : code;
 }
 
 Code Classes::deleteEmpty(std::u16string_view path) {
-    OrvaneStoreInformation content{};
     Hive* hive = nullptr;
     Found found{};
     if (const Code code = owner(path, hive, found); code != kSuccess) return code;
-    if (const Code code = information(path, content); code != kSuccess) return code;
-    if (content.subKeys != 0) return kHasChildren;
+    if (const Code code = read(subKeys_, path); code != kSuccess) return code;
+    if (!subKeys_.items.empty()) return kHasChildren;
     if (path.empty()) return kAccessDenied;
     return hive->deleteEmpty({0, {}}, found.path);
 }

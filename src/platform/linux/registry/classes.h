@@ -18,7 +18,7 @@ public:
     Code query(std::u16string_view path, std::u16string_view name, const Take& take);
     Code set(std::u16string_view path, const Name& name, std::uint32_t type, Bytes data);
     Code deleteValue(std::u16string_view path, std::u16string_view name);
-    Code information(std::u16string_view path, OrvaneStoreInformation& information);
+    Code content(std::u16string_view path, KeyContent& content);
     Code subKey(std::u16string_view path, std::uint32_t index, const Take& take);
     Code value(std::u16string_view path, std::uint32_t index, bool withData, const Take& take);
     Code deleteEmpty(std::u16string_view path);
@@ -32,23 +32,37 @@ private:
         std::u16string path;
         std::int64_t id = 0;
         bool isThere() const { return code == kSuccess; }
+        /// Its root can't tell whether it is there.
+        bool failed() const { return code != kSuccess && code != kNotFound; }
         KeyPlace place() const { return {id, path}; }
     };
     static Found find(Hive& hive, std::u16string_view path);
 
-    /// A name of the merged list, and whose it is.
+    /// A name of a merged list, and whose it is.
     struct Item {
         KeptName name;
         Hive* hive;
-        KeyPlace key;
+        std::int64_t key;
     };
-    Code merge(Sql list, const Found& user, const Found& machine, std::vector<Item>& items);
+    /// The merged list of a key's sub-keys or values, as it was at a moment of both roots.
+    struct Listing {
+        Sql list;
+        bool isRead = false;
+        std::u16string path{};
+        Moment user{};
+        Moment machine{};
+        std::vector<Item> items{};
+    };
+    Code read(Listing& listing, std::u16string_view path);
+    static Code addNames(Sql list, Hive& hive, const Found& found, std::vector<Item>& items);
 
     /// Where a key that is there gets its changes; 2 when it isn't.
     Code owner(std::u16string_view path, Hive*& hive, Found& found);
 
     Hive& user_;
     Hive& machine_;
+    Listing subKeys_{Sql::subKeys};
+    Listing values_{Sql::valueNames};
 };
 
 }  // namespace orvane::store

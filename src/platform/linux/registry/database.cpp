@@ -55,7 +55,6 @@ constexpr std::array<const char*, static_cast<std::size_t>(Sql::count_)> kSql{
     "INSERT INTO keys(parent,path,name) VALUES(?,?,?)",
     "SELECT id,name FROM keys WHERE parent=? AND id>? ORDER BY id LIMIT 1 OFFSET ?",
     "SELECT path,name FROM keys WHERE parent=? ORDER BY id",
-    "SELECT count(*),max(length(name)) FROM keys WHERE parent=?",
     "DELETE FROM keys WHERE path>=? AND path<?",
     "DELETE FROM keys WHERE id=?",
     "SELECT type,data,name FROM entries WHERE key=? AND folded=?",
@@ -64,8 +63,8 @@ constexpr std::array<const char*, static_cast<std::size_t>(Sql::count_)> kSql{
     "DELETE FROM entries WHERE key=? AND folded=?",
     "SELECT id,name,type,data FROM entries WHERE key=? AND id>? ORDER BY id LIMIT 1 OFFSET ?",
     "SELECT folded,name FROM entries WHERE key=? ORDER BY id",
-    "SELECT count(*),max(length(name)),max(iif(type IN (1,2,7),length(data),0)),"
-    "max(iif(type IN (1,2,7),0,length(data))) FROM entries WHERE key=?",
+    "SELECT max(iif(type IN (1,2,7),length(data),0)),max(iif(type IN (1,2,7),0,length(data))) "
+    "FROM entries WHERE key=?",
     "DELETE FROM entries WHERE key=?",
     "DELETE FROM entries WHERE key IN (SELECT id FROM keys WHERE path>=? AND path<?)",
 };

@@ -53,7 +53,6 @@ enum class Sql : std::uint8_t {
     addKey,
     subKey,
     subKeys,
-    countSubKeys,
     removeKeys,
     removeKey,
     getValue,
@@ -61,7 +60,7 @@ enum class Sql : std::uint8_t {
     removeValue,
     value,
     valueNames,
-    countValues,
+    longestValues,
     removeValues,
     removeValuesBelow,
     count_

@@ -130,23 +130,16 @@ Code Hive::deleteValue(const KeyPlace& key, std::u16string_view name) {
     });
 }
 
-Code Hive::information(const KeyPlace& key, OrvaneStoreInformation& information) {
-    information = {};
-    const auto number = [](const Query& query, int column) {
-        return static_cast<std::uint32_t>(query.number(column));
-    };
+Code Hive::content(const KeyPlace& key, KeyContent& found) {
+    found = {};
     const Code code = read([&] {
+        // While this statement is open the others see what it sees.
+        Query longest(database_, Sql::longestValues);
+        longest.bind(key.id).step();
         if (const Code gone = checkThere(key); gone != kSuccess) return gone;
-        Query keys(database_, Sql::countSubKeys);
-        keys.bind(key.id).step();
-        information.subKeys = number(keys, 0);
-        information.longestSubKey = number(keys, 1) / 2;
-        Query values(database_, Sql::countValues);
-        values.bind(key.id).step();
-        information.values = number(values, 0);
-        information.longestValueName = number(values, 1) / 2;
-        information.longestText = number(values, 2);
-        information.longestOther = number(values, 3);
+        found = {namesIn(Sql::subKeys, key), namesIn(Sql::valueNames, key),
+                 static_cast<std::uint32_t>(longest.number(0)),
+                 static_cast<std::uint32_t>(longest.number(1))};
         return kSuccess;
     });
     return code == kNotFound && key.id == 0 ? kSuccess : code;
@@ -167,17 +160,16 @@ Code Hive::deleteEmpty(const KeyPlace& base, std::u16string_view path) {
     std::int64_t id = 0;
     if (const Code code = open(base, path, id); code != kSuccess) return code;
     if (whole.empty()) {
-        OrvaneStoreInformation content{};
-        const Code code = information({0, {}}, content);
-        return code == kSuccess && content.subKeys != 0 ? kHasChildren : kAccessDenied;
+        KeyContent found;
+        const Code code = content({0, {}}, found);
+        return code == kSuccess && !found.subKeys.empty() ? kHasChildren : kAccessDenied;
     }
     return write([&] {
         const auto found = find(whole);
         if (!found) return kNotFound;
         {
-            Query children(database_, Sql::countSubKeys);
-            children.bind(*found).step();
-            if (children.number(0) != 0) return kHasChildren;
+            Query children(database_, Sql::subKeys);
+            if (children.bind(*found).step()) return kHasChildren;
         }
         Query(database_, Sql::removeValues).bind(*found).run();
         Query(database_, Sql::removeKey).bind(*found).run();
@@ -197,6 +189,15 @@ Code Hive::deleteTree(const KeyPlace& base, std::u16string_view path) {
         if (!path.empty()) Query(database_, Sql::removeKey).bind(*found).run();
         return kSuccess;
     });
+}
+
+Code Hive::moment(Moment& now) {
+    now = {};
+    const Code code = read([&] {
+        now = {epoch_, database_.version()};
+        return kSuccess;
+    });
+    return code == kNotFound ? kSuccess : code;
 }
 
 Code Hive::commit() {
@@ -219,6 +220,7 @@ void Hive::rollback() {
 
 void Hive::undo() {
     if (!database_.isOpen() || !database_.isInTransaction()) return;
+    ++epoch_;
     try {
         database_.run(Sql::rollback);
     } catch (const Failure&) {
@@ -237,6 +239,7 @@ void Hive::abandon() {
 void Hive::close(bool tidy) {
     database_.close(tidy);
     cursor_ = {};
+    ++epoch_;
 }
 
 Code Hive::read(const std::function<Code()>& body) {
@@ -318,11 +321,15 @@ Code Hive::inOneTransaction(const std::function<Code()>& body) {
     if (!inTransaction_) {
         const Code code = body();
         database_.run(code == kSuccess ? Sql::commit : Sql::rollback);
+        if (code != kSuccess) ++epoch_;
         return code;
     }
     database_.run(Sql::savepoint);
     const Code code = body();
-    if (code != kSuccess) database_.run(Sql::rollbackTo);
+    if (code != kSuccess) {
+        database_.run(Sql::rollbackTo);
+        ++epoch_;
+    }
     database_.run(Sql::release);
     return code;
 }
@@ -352,16 +359,16 @@ bool Hive::makeReady(bool forWriting) {
 Code Hive::atPlace(Sql list, const KeyPlace& key, std::uint32_t index,
                    const std::function<void(Query&)>& take) {
     const Code code = read([&] {
-        const std::uint64_t version = database_.version();
+        const Moment now{epoch_, database_.version()};
         const bool goesOn = cursor_.list == list && cursor_.key == key.id &&
-                            cursor_.version == version && index == cursor_.index + 1;
+                            cursor_.moment == now && index == cursor_.index + 1;
         Query row(database_, list);
         row.bind(key.id).bind(goesOn ? cursor_.id : 0).bind(std::int64_t{goesOn ? 0 : index});
         if (!row.step()) {
             const Code gone = checkThere(key);
             return gone == kSuccess ? kNoMoreItems : gone;
         }
-        cursor_ = {list, key.id, index, row.number(0), version};
+        cursor_ = {list, key.id, index, row.number(0), now};
         take(row);
         return kSuccess;
     });
@@ -385,14 +392,19 @@ std::optional<std::int64_t> Hive::find(std::u16string_view path) {
 Code Hive::names(Sql list, const KeyPlace& key, std::vector<KeptName>& found) {
     found.clear();
     const Code code = read([&] {
-        found.clear();
-        Query query(database_, list);
-        query.bind(key.id);
-        while (query.step())
-            found.push_back({textOf(query.bytes(0)), textOf(query.bytes(1))});
+        found = namesIn(list, key);
         return kSuccess;
     });
     return code == kNotFound ? kSuccess : code;
+}
+
+std::vector<KeptName> Hive::namesIn(Sql list, const KeyPlace& key) {
+    std::vector<KeptName> found;
+    Query query(database_, list);
+    query.bind(key.id);
+    while (query.step())
+        found.push_back({textOf(query.bytes(0)), textOf(query.bytes(1))});
+    return found;
 }
 
 /// Takes away all keys below a path with their values. Paths are compared as bytes, so those lie

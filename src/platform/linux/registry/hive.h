@@ -33,12 +33,28 @@ struct KeptName {
     std::u16string spelled;
 };
 
+/// What is in a key: its names, and the bytes of its longest values as they are stored.
+struct KeyContent {
+    std::vector<KeptName> subKeys{};
+    std::vector<KeptName> values{};
+    std::uint32_t longestText = 0;
+    std::uint32_t longestOther = 0;
+};
+
 /// What takes a name, a type and data.
 struct Take {
     OrvaneStoreTake take;
     void* context;
 
     void operator()(Bytes name, std::int64_t type, Bytes data) const;
+};
+
+/// A moment of a root, as this process sees it: what was found in one holds in the same one still.
+struct Moment {
+    std::uint64_t epoch = 0;
+    std::uint64_t version = 0;
+
+    bool operator==(const Moment&) const = default;
 };
 
 /// One root: its database, opened when it is needed and made when something is written to it.
@@ -58,13 +74,17 @@ public:
     Code query(const KeyPlace& key, std::u16string_view name, const Take& take);
     Code set(const KeyPlace& key, const Name& name, std::uint32_t type, Bytes data);
     Code deleteValue(const KeyPlace& key, std::u16string_view name);
-    Code information(const KeyPlace& key, OrvaneStoreInformation& information);
+    /// All of one moment.
+    Code content(const KeyPlace& key, KeyContent& content);
     Code subKey(const KeyPlace& key, std::uint32_t index, const Take& take);
     Code value(const KeyPlace& key, std::uint32_t index, bool withData, const Take& take);
     /// All names at once, of the sub-keys or of the values.
     Code names(Sql list, const KeyPlace& key, std::vector<KeptName>& names);
     Code deleteEmpty(const KeyPlace& base, std::u16string_view path);
     Code deleteTree(const KeyPlace& base, std::u16string_view path);
+
+    /// Changes whenever something in the root does, whoever changes it.
+    Code moment(Moment& now);
 
     /// From here on changes are part of one transaction.
     void begin() { inTransaction_ = true; }
@@ -85,7 +105,7 @@ private:
         std::int64_t key = 0;
         std::uint32_t index = 0;
         std::int64_t id = 0;
-        std::uint64_t version = 0;
+        Moment moment{};
     };
 
     Code read(const std::function<Code()>& body);
@@ -100,6 +120,7 @@ private:
     bool isThere(std::int64_t id);
     Code checkThere(const KeyPlace& key);
     std::optional<std::int64_t> find(std::u16string_view path);
+    std::vector<KeptName> namesIn(Sql list, const KeyPlace& key);
     void removeBelow(std::u16string_view path);
     std::int64_t makeKeys(std::u16string_view base, std::int64_t baseId, const Name& path);
 
@@ -108,6 +129,7 @@ private:
     Place place_;
     Database database_;
     Cursor cursor_;
+    std::uint64_t epoch_ = 1;  ///< grows with all that the database's own count doesn't tell
     bool inTransaction_ = false;
     bool hasBegun_ = false;  ///< the transaction has changed something
     bool isLost_ = false;

@@ -1,5 +1,6 @@
 #include "platform/linux/registry/classes.h"
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 #include <new>
@@ -164,10 +165,35 @@ std::uint32_t deleteValue(const OrvaneStoreKey* key, const OrvaneStoreName* name
     });
 }
 
-std::uint32_t information(const OrvaneStoreKey* key, OrvaneStoreInformation* found) {
+/// The most units that one of the names has.
+std::uint32_t longestIn(const std::vector<KeptName>& names) {
+    std::size_t longest = 0;
+    for (const KeptName& name : names)
+        longest = std::max(longest, name.spelled.size());
+    return static_cast<std::uint32_t>(longest);
+}
+
+std::uint32_t information(const OrvaneStoreKey* key, OrvaneStoreInformation* found,
+                          OrvaneStoreTake takeSubKey, OrvaneStoreTake takeValue, void* context) {
+    *found = {};
     return guarded([&](Store& all) {
-        return isClasses(key) ? all.classes.information(placeOf(*key).path, *found)
-                              : hiveOf(all, key).information(placeOf(*key), *found);
+        KeyContent content;
+        const Code code = isClasses(key) ? all.classes.content(placeOf(*key).path, content)
+                                         : hiveOf(all, key).content(placeOf(*key), content);
+        if (code != kSuccess) return code;
+        *found = {static_cast<std::uint32_t>(content.subKeys.size()),
+                  longestIn(content.subKeys),
+                  static_cast<std::uint32_t>(content.values.size()),
+                  longestIn(content.values),
+                  content.longestText,
+                  content.longestOther};
+        for (const auto& [names, take] :
+             {std::pair{&content.subKeys, takeSubKey}, std::pair{&content.values, takeValue}}) {
+            if (take == nullptr) continue;
+            for (const KeptName& name : *names)
+                Take{take, context}(bytesOf(name.spelled), 0, {});
+        }
+        return kSuccess;
     });
 }
 

@@ -15,7 +15,7 @@ extern "C" {
 #endif
 
 /// Grows whenever anything below changes; a caller refuses any other value.
-#define ORVANE_STORE_VERSION 1u
+#define ORVANE_STORE_VERSION 2u
 
 /// Name of the one exported function, for dlsym.
 #define ORVANE_STORE_ENTRY "orvaneRegistryStore"
@@ -73,7 +73,10 @@ typedef struct OrvaneStoreTable {
     uint32_t (*set)(const OrvaneStoreKey* key, const OrvaneStoreName* name, uint32_t type,
                     const uint8_t* data, size_t size);
     uint32_t (*deleteValue)(const OrvaneStoreKey* key, const OrvaneStoreName* name);
-    uint32_t (*information)(const OrvaneStoreKey* key, OrvaneStoreInformation* information);
+    /// Facts of a key and the names that they count, of one moment: `takeSubKey` and `takeValue`,
+    /// either of which may be null, get each name alone, in the order of their places.
+    uint32_t (*information)(const OrvaneStoreKey* key, OrvaneStoreInformation* information,
+                            OrvaneStoreTake takeSubKey, OrvaneStoreTake takeValue, void* context);
     /// A sub-key by its place from 0; `take` gets its name alone. 259 behind the last one. A value
     /// likewise, without its data unless that is asked for.
     uint32_t (*subKey)(const OrvaneStoreKey* key, uint32_t index, OrvaneStoreTake take,
