@@ -267,6 +267,18 @@ TEST_F(InterruptedWriterLinux, ReaderWithoutRightsNoticesThatItWasUndone) {
         ::close(end);
 }
 
+TEST_F(InterruptedWriterLinux, ReaderWithoutATemporaryFolderReadsInMemory) {
+    EXPECT_EQ(write(kHkeyLocalMachine, "a", "v", "committed"), 0u);
+    writeAndDie();
+    EXPECT_EQ(inChild([&] {
+                  if (!becomeNobody()) return 99;
+                  ::setenv("TMPDIR", (temporary_ + "/none").c_str(), 1);
+                  EXPECT_EQ(read(kHkeyLocalMachine, "a", "v"), "committed");
+                  return testing::Test::HasFailure() ? 1 : 0;
+              }),
+              0);
+}
+
 TEST_F(InterruptedWriterLinux, ReaderWithoutRoomForItsCopyFailsAndLeavesNothing) {
     EXPECT_EQ(write(kHkeyLocalMachine, "a", "v", "committed"), 0u);
     writeAndDie();

@@ -119,6 +119,12 @@ bool Failure::isUnfinishedWork() const {
     return result == SQLITE_READONLY_ROLLBACK;
 }
 
+bool Failure::isAboutTheFilesBeside() const {
+    const int primary = result & 0xFF;
+    return primary == SQLITE_CANTOPEN || primary == SQLITE_READONLY || primary == SQLITE_FULL ||
+           primary == SQLITE_IOERR;
+}
+
 Code Failure::code() const {
     if (isNoRoom(system)) return kDiskFull;
     switch (result & 0xFF) {

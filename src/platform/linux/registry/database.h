@@ -28,6 +28,8 @@ struct Failure {
     bool isContention() const;
     /// A writer died in the middle of its work, and this user may not undo it.
     bool isUnfinishedWork() const;
+    /// The files that a reader needs beside a database with a log can't be made or written to.
+    bool isAboutTheFilesBeside() const;
     /// The platform's code for it.
     Code code() const;
 };

@@ -1,7 +1,7 @@
 #include "platform/linux/registry/hive.h"
 
+#include "platform/linux/registry/copy.h"
 #include "platform/linux/registry/damage.h"
-#include "platform/linux/registry/interrupted.h"
 
 #include <cerrno>
 #include <sys/stat.h>
@@ -247,14 +247,25 @@ Code Hive::read(const std::function<Code()>& body) {
         try {
             return makeReady(false) ? body() : kNotFound;
         } catch (const Failure& failure) {
-            if (!failure.isUnfinishedWork()) throw;
+            if (hasBegun_ || !needsCopy(failure)) throw;
+            try {
+                return readCopy(body);
+            } catch (const Failure& ofCopy) {
+                if (ofCopy.isContention() || failure.isUnfinishedWork()) throw;
+            }
+            throw;
         }
-        return readCopy(body);
     });
 }
 
-/// Reads what was committed last beside what a writer that died has left; the next call looks
-/// again whether that is still so.
+/// The database can be read, but not where it lies.
+bool Hive::needsCopy(const Failure& failure) const {
+    return failure.isUnfinishedWork() ||
+           (journal_ == Database::Journal::log && failure.isAboutTheFilesBeside());
+}
+
+/// Reads what was committed last; the next call looks again whether the database itself can be
+/// read.
 Code Hive::readCopy(const std::function<Code()>& body) {
     struct Closing {
         Hive& hive;
@@ -262,7 +273,7 @@ Code Hive::readCopy(const std::function<Code()>& body) {
     };
     close(false);
     const Closing closing{*this};
-    openWithoutUnfinished(database_, place_);
+    openCopy(database_, place_, journal_);
     return body();
 }
 

@@ -109,6 +109,7 @@ private:
     };
 
     Code read(const std::function<Code()>& body);
+    bool needsCopy(const Failure& failure) const;
     Code readCopy(const std::function<Code()>& body);
     Code write(const std::function<Code()>& body);
     Code attempt(const std::function<Code()>& body);

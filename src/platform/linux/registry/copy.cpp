@@ -1,4 +1,4 @@
-#include "platform/linux/registry/interrupted.h"
+#include "platform/linux/registry/copy.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -7,6 +7,8 @@
 #include <span>
 #include <sqlite3.h>
 #include <string>
+#include <sys/stat.h>
+#include <tuple>
 #include <unistd.h>
 #include <vector>
 
@@ -18,18 +20,21 @@ namespace {
     throw Failure{result, result == SQLITE_BUSY ? 0 : errno};
 }
 
+/// The folder for temporary files. A process with more rights than its user doesn't let that user
+/// name it.
+std::string temporaryFolder() {
+    const char* named = ::secure_getenv("TMPDIR");
+    return named == nullptr || named[0] != '/' ? "/tmp" : named;
+}
+
 /// A new folder for this process alone, gone with all it holds at its end.
 class PrivateFolder {
 public:
-    PrivateFolder() {
-        // A process with more rights than its user doesn't let that user name the folder.
-        const char* temporary = ::secure_getenv("TMPDIR");
-        path_ = temporary == nullptr || temporary[0] != '/' ? "/tmp" : temporary;
-        path_ += "/orvane-registry-XXXXXX";
+    explicit PrivateFolder(const std::string& above) : path_(above + "/orvane-registry-XXXXXX") {
         if (::mkdtemp(path_.data()) == nullptr) fail(SQLITE_CANTOPEN);
     }
     ~PrivateFolder() {
-        for (const char* part : {"", "-journal"})
+        for (const char* part : {"", "-journal", "-wal", "-shm"})
             ::unlink((place().file() + part).c_str());
         ::rmdir(path_.c_str());
     }
@@ -137,31 +142,74 @@ private:
     sqlite3_file* file_ = nullptr;
 };
 
-void copyJournal(const std::string& path, const File& copy) {
-    const File journal(path, O_RDONLY | O_CLOEXEC);
-    // Undone in the meantime: the database itself can be read.
-    if (!journal.isOpen()) fail(errno == ENOENT ? SQLITE_BUSY : SQLITE_CANTOPEN);
+/// What tells one content of a file from another; all 0 when there is no file.
+using FileFacts = std::tuple<ino_t, off_t, time_t, long>;
+
+FileFacts factsOf(const std::string& path) {
+    struct stat facts {};
+    if (::stat(path.c_str(), &facts) != 0) return {};
+    return {facts.st_ino, facts.st_size, facts.st_mtim.tv_sec, facts.st_mtim.tv_nsec};
+}
+
+/// Copies a journal or log; false when there is none.
+bool copyFile(const std::string& path, const std::string& copy) {
+    const File from(path, O_RDONLY | O_CLOEXEC);
+    if (!from.isOpen()) {
+        if (errno == ENOENT) return false;
+        fail(SQLITE_CANTOPEN);
+    }
+    const File to = newFile(copy);
+    if (!to.isOpen()) fail(SQLITE_CANTOPEN);
     std::vector<char> block(std::size_t{1} << 18);
     std::size_t count = 0;
-    while ((count = journal.read(block)) > 0)
-        copy.write({block.data(), count});
+    while ((count = from.read(block)) > 0)
+        to.write({block.data(), count});
+    return true;
+}
+
+void copyDatabase(const std::string& path, const std::string& copy, Database::Journal journal) {
+    const LockedDatabase original(path);
+    const File copied = newFile(copy);
+    if (!copied.isOpen()) fail(SQLITE_CANTOPEN);
+    if (journal == Database::Journal::rollback) {
+        original.copyTo(copied);
+        // Undone in the meantime: the database itself can be read.
+        if (!copyFile(path + "-journal", copy + "-journal")) fail(SQLITE_BUSY);
+        return;
+    }
+    // A log is written to, and carried over, under other locks than the one held here.
+    const auto now = [&] { return std::pair(factsOf(path), factsOf(path + "-wal")); };
+    const auto before = now();
+    original.copyTo(copied);
+    copyFile(path + "-wal", copy + "-wal");
+    if (now() != before) fail(SQLITE_BUSY);
+}
+
+void openCopyIn(const std::string& folder, Database& database, const Place& place,
+                Database::Journal journal) {
+    const PrivateFolder own(folder);
+    copyDatabase(place.file(), own.place().file(), journal);
+    // The first look into the copy undoes what is unfinished and opens the log; from then on nobody
+    // asks for its name.
+    database.open(own.place().file(), journal);
 }
 
 }  // namespace
 
-void openWithoutUnfinished(Database& database, const Place& place) {
-    const PrivateFolder folder;
-    const std::string copy = folder.place().file();
-    {
-        const LockedDatabase original(place.file());
-        const File copied = newFile(copy);
-        const File journal = newFile(copy + "-journal");
-        if (!copied.isOpen() || !journal.isOpen()) fail(SQLITE_CANTOPEN);
-        original.copyTo(copied);
-        copyJournal(place.file() + "-journal", journal);
+void openCopy(Database& database, const Place& place, Database::Journal journal) {
+    try {
+        openCopyIn(temporaryFolder(), database, place, journal);
+        return;
+    } catch (const Failure& failure) {
+        if (failure.isContention() || failure.isDamage()) throw;
+        try {
+            openCopyIn("/dev/shm", database, place, journal);
+            return;
+        } catch (const Failure& again) {
+            if (again.isContention() || again.isDamage()) throw;
+        }
+        throw;
     }
-    // The first look into the copy undoes; from then on nobody asks for its name.
-    database.open(copy, Database::Journal::rollback);
 }
 
 }  // namespace orvane::store
