@@ -24,12 +24,12 @@ public:
     };
     /// A list of names of which `next` were asked for, one after the other.
     struct Names {
-        std::vector<std::u16string> names{};
-        std::size_t next = 0;
+        std::vector<std::u16string> names;
+        std::size_t next;
     };
     struct Lists {
-        std::optional<Names> subKeys{};
-        std::optional<Names> values{};
+        std::optional<Names> subKeys;
+        std::optional<Names> values;
     };
 
     RegistryAnswer() = default;
