@@ -52,6 +52,19 @@ TEST_F(RegistryStoreLinux, UserWithoutRightsReadsTheMachinesRootAndWritesNothing
     EXPECT_EQ(read(kHkeyLocalMachine, "a", "v"), "machine");
 }
 
+TEST_F(RegistryStoreLinux, UserReadsAMachinesRootThatWasMadeUnderANarrowMask) {
+    if (::geteuid() != 0) GTEST_SKIP() << kNeedsRoot;
+    const mode_t former = ::umask(0077);
+    EXPECT_EQ(write(kHkeyLocalMachine, "a", "v", "machine"), 0u);
+    ::umask(former);
+    EXPECT_EQ(inChild([&] {
+                  if (!becomeNobody()) return 99;
+                  EXPECT_EQ(read(kHkeyLocalMachine, "a", "v"), "machine");
+                  return testing::Test::HasFailure() ? 1 : 0;
+              }),
+              0);
+}
+
 TEST_F(RegistryStoreLinux, AbsentMachinesRootIsEmptyForAUserWithoutRights) {
     if (::geteuid() != 0) GTEST_SKIP() << kNeedsRoot;
     EXPECT_EQ(inChild([&] {

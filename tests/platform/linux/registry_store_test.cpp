@@ -32,6 +32,28 @@ TEST_F(RegistryStoreLinux, UsersDatabaseIsForTheUserAlone) {
     EXPECT_EQ(modeOf(store_.machineFile()), 0644u);
 }
 
+TEST_F(RegistryStoreLinux, MaskOfTheFirstWriterChangesNobodysRights) {
+    for (const mode_t mask : {0027u, 0077u, 0777u}) {
+        const std::string below = "/" + std::to_string(mask);
+        const std::string user = store_.userFolder() + below + "/orvane";
+        const std::string machine = store_.machineFolder() + below + "/orvane";
+        EXPECT_EQ(inChild([&] {
+                      ::umask(mask);
+                      ::setenv("ORVANE_REGISTRY_USER", user.c_str(), 1);
+                      ::setenv("ORVANE_REGISTRY_MACHINE", machine.c_str(), 1);
+                      EXPECT_EQ(write(kHkeyCurrentUser, "a", "v", "1"), 0u);
+                      EXPECT_EQ(write(kHkeyLocalMachine, "a", "v", "2"), 0u);
+                      return testing::Test::HasFailure() ? 1 : 0;
+                  }),
+                  0);
+        EXPECT_EQ(modeOf(user), 0700u);
+        EXPECT_EQ(modeOf(user + "/registry.db"), 0600u);
+        EXPECT_EQ(modeOf(store_.machineFolder() + below), 0755u);
+        EXPECT_EQ(modeOf(machine), 0755u);
+        EXPECT_EQ(modeOf(machine + "/registry.db"), 0644u);
+    }
+}
+
 TEST_F(RegistryStoreLinux, ClosedDatabaseIsOneFile) {
     EXPECT_EQ(write(kHkeyCurrentUser, "a", "v", "1"), 0u);
     store_.closeDatabases();
@@ -176,7 +198,8 @@ TEST_F(RegistryStoreLinux, ManyClassesAreListedInAMoment) {
     EXPECT_EQ(number(registryTransactions.Commit()), 0u);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(subKeys(kHkeyClassesRoot, "").size(), 2u * kMany);
-    // It took half a minute when each name was looked for among all the others, for each place anew.
+    // It took half a minute when each name was looked for among all the others, for each place
+    // anew.
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
 }
 

@@ -1,6 +1,7 @@
 #include "platform/linux/autostart/files.h"
 
 #include "platform/linux/errors.h"
+#include "platform/linux/make_folders.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -22,19 +23,6 @@ constexpr mode_t kReadByAll = 0644;
 
 ResultCode failure(int number) {
     return ResultCode{errorFromErrno(number)};
-}
-
-/// Makes a folder and all that lack on the way to it.
-bool makeFolder(const std::string& path, mode_t mode) {
-    if (::mkdir(path.c_str(), mode) == 0 || errno == EEXIST) {
-        return true;
-    }
-    const std::size_t slash = path.rfind('/');
-    if (errno != ENOENT || slash == std::string::npos || slash == 0) {
-        return false;
-    }
-    return makeFolder(path.substr(0, slash), mode) &&
-           (::mkdir(path.c_str(), mode) == 0 || errno == EEXIST);
 }
 
 bool writeAll(int descriptor, std::string_view text) {
@@ -166,10 +154,9 @@ ResultCode Changes::apply() {
         if (code == ResultCode::success && change.text.empty()) {
             code = former.text ? removeEntry(former.path) : ResultCode::success;
         } else if (code == ResultCode::success) {
-            code =
-                makeFolder(folder, change.scope == Scope::user ? kFolderOfUser : kFolderOfMachine)
-                    ? writeEntry(former.path, change.text)
-                    : failure(errno);
+            const int error =
+                makeFolders(folder, change.scope == Scope::user ? kFolderOfUser : kFolderOfMachine);
+            code = error == 0 ? writeEntry(former.path, change.text) : failure(error);
         }
         if (code != ResultCode::success) {
             undo();

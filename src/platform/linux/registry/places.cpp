@@ -1,5 +1,7 @@
 #include "platform/linux/registry/places.h"
 
+#include "platform/linux/make_folders.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
@@ -36,15 +38,6 @@ std::string homeFolder() {
     return found->pw_dir;
 }
 
-int makeFolder(const std::string& folder, mode_t mode) {
-    if (::mkdir(folder.c_str(), mode) == 0 || errno == EEXIST) return 0;
-    const int failure = errno;
-    const std::size_t cut = folder.rfind('/');
-    if (failure != ENOENT || cut == 0 || cut == std::string::npos) return failure;
-    if (const int above = makeFolder(folder.substr(0, cut), mode); above != 0) return above;
-    return ::mkdir(folder.c_str(), mode) == 0 || errno == EEXIST ? 0 : errno;
-}
-
 }  // namespace
 
 Place userPlace() {
@@ -64,15 +57,16 @@ Place machinePlace() {
 }
 
 int makeFolders(const Place& place) {
-    return place.folder.empty() ? ENOENT : makeFolder(place.folder, place.isOwn ? 0700 : 0755);
+    return place.folder.empty() ? ENOENT
+                                : platform::makeFolders(place.folder, place.isOwn ? 0700 : 0755);
 }
 
 int makeFile(const Place& place) {
-    const int file = ::open(place.file().c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC,
-                            place.isOwn ? 0600 : 0644);
+    const mode_t mode = place.isOwn ? 0600 : 0644;
+    const int file = ::open(place.file().c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
     if (file < 0) return errno == EEXIST ? 0 : errno;
     // The machine's is for everybody to read, whatever the mask of its first writer.
-    if (!place.isOwn) ::fchmod(file, 0644);
+    ::fchmod(file, mode);
     ::close(file);
     return 0;
 }

@@ -450,6 +450,21 @@ TEST_F(AutostartStore, EntryGoesToTheUsersConfigurationFolder) {
     ::unsetenv("XDG_CONFIG_HOME");
 }
 
+TEST_F(AutostartStore, MaskOfTheFirstWriterChangesNobodysRights) {
+    const mode_t former = ::umask(0077);
+    EXPECT_EQ(set(u"A", u"x"), 0U);
+    EXPECT_EQ(set(u"A", u"x", ORVANE_STORE_MACHINE), 0U);
+    ::umask(former);
+    const auto modeOf = [](const fs::path& path) {
+        struct stat facts {};
+        EXPECT_EQ(::stat(path.c_str(), &facts), 0) << path;
+        return facts.st_mode & 07777U;
+    };
+    EXPECT_EQ(modeOf(folder("user")), 0700U);
+    EXPECT_EQ(modeOf(folder("machine")), 0755U);
+    EXPECT_EQ(modeOf(folder("machine") / "orvane-machine-a.desktop"), 0644U);
+}
+
 TEST_F(AutostartStore, EntryOfATestsFolderThatIsMissingMakesIt) {
     fs::remove_all(folder_.path() / "machine");
     EXPECT_EQ(set(u"A", u"x", ORVANE_STORE_MACHINE), 0U);
