@@ -39,6 +39,56 @@ class Usage(ToolCase):
     def test_help_and_version_stand_alone(self):
         self.assert_bad_usage('--help', 'x')
         self.assert_bad_usage('--version', 'x')
+        self.assert_bad_usage('gzip', 'info', '--help', 'x')
+
+    def assert_helps(self, words, *texts):
+        status, output, errors = self.run_tool(*words)
+        self.assertEqual((status, errors), (0, ''), words)
+        self.assertTrue(output.startswith('usage: orvane %s ' % ' '.join(words[:-1])), output)
+        for text in texts:
+            self.assertIn(text, output)
+        return output
+
+    def test_help_on_every_command(self):
+        told = {
+            'args': 'the number of', 'describe': 'ProgID', 'register': 'by name',
+            'unregister': 'removes', 'picture info': 'typeName', 'picture convert': '.ppm',
+            'picture show': 'contact-sheet.png', 'gzip info': 'verdict', 'gzip cat': 'the data',
+            'registry list': 'sub-keys', 'registry get': 'default value', 'registry set': 'qword',
+            'registry delete': '--recursive with', 'registry export': 'UTF-16',
+            'registry import': 'registry file'}
+        everything = self.run_tool('--help')[1]
+        listed = [line[7:].removeprefix('orvane ') for line in everything.partition('\n\n')[0].splitlines()]
+        self.assertEqual(len(listed), len(told) + 2, 'no command without a row here')
+        for name, text in told.items():
+            with self.subTest(name):
+                output = self.assert_helps([*name.split(), '--help'], text)
+                usage, empty, *lines = output.splitlines()
+                self.assertIn(usage.removeprefix('usage: orvane '), listed)
+                self.assertEqual(empty, '')
+                for line in lines:
+                    self.assertIn(line, everything)
+                self.assertEqual(self.assert_helps([*name.split(), '-h']), output)
+
+    def test_help_on_a_group_tells_of_all_its_commands(self):
+        for group, commands in (('picture', ['info', 'convert', 'show']), ('gzip', ['info', 'cat']),
+                                ('registry', ['list', 'get', 'set', 'delete', 'export', 'import'])):
+            with self.subTest(group):
+                output = self.assert_helps([group, '--help'])
+                usage, _, rest = output.partition('\n\n')
+                self.assertEqual([line[7:].split()[:3] for line in usage.splitlines()],
+                                 [['orvane', group, command] for command in commands])
+                for command in commands:
+                    self.assertRegex(rest, r'(?m)^%s %s  +\w' % (group, command))
+        self.assertIn('HKCU', self.assert_helps(['registry', 'set', '--help']))
+
+    def test_help_on_what_is_no_command_is_bad_usage(self):
+        self.assertIn('paint', self.assert_bad_usage('paint', '--help'))
+        self.assertIn('paint', self.assert_bad_usage('picture', 'paint', '--help'))
+
+    def test_a_word_behind_others_asks_for_no_help(self):
+        self.assertEqual(self.run_tool('args', 'x', '--help')[1].splitlines()[0], 'count  3')
+        self.assertIn('"--help"', self.run_tool('args', '--', '--help')[1])
 
     def test_missing_words_are_bad_usage(self):
         for words in (['picture'], ['picture', 'info'], ['picture', 'info', '--json'],
