@@ -16,6 +16,7 @@
 
 #include "orvane/automation.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -86,8 +87,14 @@ private:
     Interface* pointer_ = nullptr;
 };
 
-/// Strings as the binary interface has them. On Linux they are blocks of `malloc`.
+/// The units of the longest string: the count of bytes before them is a signed 32-bit number to
+/// those who read it.
+inline constexpr std::size_t kLongestText = INT32_MAX / sizeof(OLECHAR);
+
+/// Strings as the binary interface has them. On Linux they are blocks of `malloc`. Throws
+/// std::bad_alloc for a text that is too long for one.
 inline BSTR newText(std::u16string_view text) {
+    if (text.size() > kLongestText) throw std::bad_alloc();
 #ifdef _WIN32
     BSTR result = SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.data()),
                                     static_cast<UINT>(text.size()));
@@ -95,7 +102,8 @@ inline BSTR newText(std::u16string_view text) {
     return result;
 #else
     const auto bytes = static_cast<std::uint32_t>(text.size() * sizeof(OLECHAR));
-    auto* block = static_cast<std::uint8_t*>(std::malloc(sizeof bytes + bytes + sizeof(OLECHAR)));
+    auto* block = static_cast<std::uint8_t*>(
+        std::malloc(sizeof bytes + std::size_t{bytes} + sizeof(OLECHAR)));
     if (block == nullptr) throw std::bad_alloc();
     std::memcpy(block, &bytes, sizeof bytes);
     if (bytes != 0) std::memcpy(block + sizeof bytes, text.data(), bytes);

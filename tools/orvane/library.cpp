@@ -109,8 +109,8 @@ LoadedPicture Library::loadPicture(const std::string& file) {
     });
 }
 
-GzipFacts Library::uncompress(std::string_view bytes) {
-    return calling([&] { return readGzip(host_, bytes); });
+GzipFacts Library::uncompress(std::string_view bytes, GzipPart wanted) {
+    return calling([&] { return readGzip(host_, bytes, wanted); });
 }
 
 LibraryFacts Library::describe(const std::string& classWithMembers) {

@@ -55,7 +55,7 @@ public:
     LoadedPicture loadPicture(const std::string& file);
 
     /// What the gzip reader makes of a file's bytes.
-    GzipFacts uncompress(std::string_view bytes);
+    GzipFacts uncompress(std::string_view bytes, GzipPart wanted);
 
     /// The classes, and the members of the one with this name.
     LibraryFacts describe(const std::string& classWithMembers);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <new>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -65,8 +66,16 @@ private:
     int descriptor_ = -1;
 };
 
-/// The bytes of a file. Throws Failure: the name, a colon and a blank, and why it can't be read.
-std::string readFile(const std::string& name);
+/// A file is longer than what reads it can hold.
+struct FileTooLong : std::bad_alloc {
+    explicit FileTooLong(std::uint64_t bytes) : size(bytes) {}
+
+    std::uint64_t size;  ///< of the file; 0 when it doesn't tell, as a pipe
+};
+
+/// The bytes of a file. Throws Failure: the name, a colon and a blank, and why it can't be read;
+/// FileTooLong when it has more than `most`.
+std::string readFile(const std::string& name, std::uint64_t most = UINT64_MAX);
 
 /// Writes a file under a name of its own beside `name` and renames it when it is complete. A file
 /// or link of that name is replaced, anything else of that name is left alone. Throws Failure and

@@ -45,11 +45,12 @@ bool isPlain(std::string_view name) {
     return std::ranges::all_of(name, [](char byte) { return static_cast<signed char>(byte) > 0; });
 }
 
-/// Adds all that can be read; 0 or the error number.
-int readAll(int descriptor, std::string& bytes) {
+/// Adds all that can be read; 0 or the error number. Throws FileTooLong behind `most` bytes.
+int readAll(int descriptor, std::string& bytes, std::uint64_t most = UINT64_MAX) {
     constexpr std::size_t kStep = 1u << 20;
     for (;;) {
         const std::size_t size = bytes.size();
+        if (size > most) throw FileTooLong(0);
         bytes.resize(size + kStep);
         const ssize_t count = ::read(descriptor, bytes.data() + size, kStep);
         const int error = count < 0 ? errno : 0;
@@ -57,6 +58,21 @@ int readAll(int descriptor, std::string& bytes) {
         if (count == 0 || (error != 0 && error != EINTR)) return error;
     }
 }
+
+/// A descriptor, or the negative result of a call that gave none.
+class Descriptor {
+public:
+    explicit Descriptor(int number) : number_(number) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        if (number_ >= 0) ::close(number_);
+    }
+    operator int() const { return number_; }
+
+private:
+    int number_;
+};
 
 /// A new file in the folder of `name`, open for writing.
 class TemporaryFile {
@@ -160,12 +176,15 @@ LibraryName::~LibraryName() {
     if (descriptor_ >= 0) ::close(descriptor_);
 }
 
-std::string readFile(const std::string& name) {
-    const int descriptor = ::open(name.c_str(), O_RDONLY | O_CLOEXEC);
+std::string readFile(const std::string& name, std::uint64_t most) {
+    const Descriptor descriptor(::open(name.c_str(), O_RDONLY | O_CLOEXEC));
     if (descriptor < 0) fail(name, errno);
+    struct stat facts {};
+    if (::fstat(descriptor, &facts) != 0) fail(name, errno);
+    const auto size = static_cast<std::uint64_t>(facts.st_size);
+    if (S_ISREG(facts.st_mode) && size > most) throw FileTooLong(size);
     std::string bytes;
-    const int error = readAll(descriptor, bytes);
-    ::close(descriptor);
+    const int error = readAll(descriptor, bytes, most);
     if (error != 0) fail(name, error);
     return bytes;
 }

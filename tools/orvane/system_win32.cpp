@@ -84,11 +84,13 @@ DWORD writeTo(Stream stream, std::string_view text) {
                               : writeAll(handle, text.data(), text.size());
 }
 
-/// Adds all that can be read; the error number, or ERROR_SUCCESS.
-DWORD readAll(HANDLE file, std::string& bytes) {
+/// Adds all that can be read; the error number, or ERROR_SUCCESS. Throws FileTooLong behind `most`
+/// bytes.
+DWORD readAll(HANDLE file, std::string& bytes, std::uint64_t most = UINT64_MAX) {
     constexpr DWORD kStep = 1u << 20;
     for (;;) {
         const std::size_t size = bytes.size();
+        if (size > most) throw FileTooLong(0);
         bytes.resize(size + kStep);
         DWORD count = 0;
         const bool read = ReadFile(file, bytes.data() + size, kStep, &count, nullptr) != 0;
@@ -234,14 +236,19 @@ LibraryName::LibraryName(const std::string& name) : text_(toUtf16(name)) {
 
 LibraryName::~LibraryName() = default;
 
-std::string readFile(const std::string& name) {
+std::string readFile(const std::string& name, std::uint64_t most) {
     const HANDLE file =
         CreateFileW(wide(name).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) fail(name, GetLastError());
+    const std::unique_ptr<void, decltype(&CloseHandle)> closed(file, CloseHandle);
+    LARGE_INTEGER size{};
+    if (GetFileType(file) == FILE_TYPE_DISK && GetFileSizeEx(file, &size) != 0 &&
+        static_cast<std::uint64_t>(size.QuadPart) > most) {
+        throw FileTooLong(static_cast<std::uint64_t>(size.QuadPart));
+    }
     std::string bytes;
-    const DWORD error = readAll(file, bytes);
-    CloseHandle(file);
+    const DWORD error = readAll(file, bytes, most);
     if (error != ERROR_SUCCESS) fail(name, error);
     return bytes;
 }
