@@ -1,11 +1,12 @@
 #include "platform/linux/loaded_modules.h"
 
 #include <climits>
+#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <dlfcn.h>
 #include <link.h>
 #include <memory>
+#include <string_view>
 #include <unistd.h>
 
 namespace orvane::platform {
@@ -16,6 +17,7 @@ namespace {
 // is loaded: the name by which it was asked for may be relative to the folder the process is in
 // then.
 constinit char ownPath[PATH_MAX] = {};
+constinit std::uintptr_t ownBase = 0;
 
 [[gnu::constructor]] void findOwnPath() {
     Dl_info info{};
@@ -28,15 +30,62 @@ constinit char ownPath[PATH_MAX] = {};
         ::realpath(map->l_name, ownPath) == nullptr) {
         ownPath[0] = '\0';
     }
+    ownBase = static_cast<std::uintptr_t>(map->l_addr);
 }
 
-/// The absolute form of the name that a module was loaded by; a name without a folder stays.
-std::string absolute(const char* name) {
-    if (name[0] == '/' || std::strchr(name, '/') == nullptr) {
-        return name;
+/// The path of a line of /proc/self/maps, "from-to rights offset device inode path", when the
+/// address lies in it.
+std::string_view pathAt(std::string_view line, std::uintptr_t address) {
+    char* end = nullptr;
+    const std::uintptr_t from = std::strtoull(line.data(), &end, 16);
+    if (*end != '-' || address < from || address >= std::strtoull(end + 1, nullptr, 16)) return {};
+    const std::size_t path = line.find('/');
+    if (path == std::string_view::npos) return {};
+    line.remove_prefix(path);
+    line = line.substr(0, line.find('\n'));
+    // A file that is gone still has the name that it had.
+    constexpr std::string_view kDeleted = " (deleted)";
+    if (line.ends_with(kDeleted)) line.remove_suffix(kDeleted.size());
+    return line;
+}
+
+/// The file that the system has mapped at an address, empty when it doesn't tell.
+std::string mappedFile(std::uintptr_t address) {
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> maps(std::fopen("/proc/self/maps", "re"),
+                                                               std::fclose);
+    std::string path;
+    char* line = nullptr;
+    std::size_t room = 0;
+    while (maps != nullptr && path.empty() && ::getline(&line, &room, maps.get()) >= 0)
+        path = pathAt(line, address);
+    std::free(line);
+    return path;
+}
+
+/// A relative name counts from the folder that the process was in when the module was loaded, which
+/// need not be the one it is in now.
+bool isRelative(std::string_view name) {
+    return !name.starts_with('/') && name.find('/') != std::string_view::npos;
+}
+
+/// An address in a module: its first byte in memory.
+std::uintptr_t startOf(const dl_phdr_info& info) {
+    for (std::size_t i = 0; i < info.dlpi_phnum; ++i) {
+        if (info.dlpi_phdr[i].p_type == PT_LOAD) {
+            return static_cast<std::uintptr_t>(info.dlpi_addr + info.dlpi_phdr[i].p_vaddr);
+        }
     }
-    const std::unique_ptr<char, void (*)(void*)> path(::realpath(name, nullptr), std::free);
-    return path == nullptr ? name : path.get();
+    return static_cast<std::uintptr_t>(info.dlpi_addr);
+}
+
+/// The full name of the module's file; a name without a folder stays.
+std::string fileOf(const dl_phdr_info& info) {
+    const std::string name = info.dlpi_name == nullptr ? "" : info.dlpi_name;
+    if (!isRelative(name)) return name;
+    const auto base = static_cast<std::uintptr_t>(info.dlpi_addr);
+    if (base == ownBase && ownPath[0] != '\0') return ownPath;
+    const std::string file = mappedFile(startOf(info));
+    return file.empty() ? name : file;
 }
 
 }  // namespace
@@ -61,10 +110,8 @@ std::vector<LoadedModule> loadedModules() {
         [](dl_phdr_info* info, std::size_t, void* context) {
             auto& found = *static_cast<std::vector<LoadedModule>*>(context);
             // The first one is the executable and comes without a name.
-            const std::string path =
-                found.empty() ? executablePath()
-                              : absolute(info->dlpi_name == nullptr ? "" : info->dlpi_name);
-            found.push_back({path, static_cast<std::uintptr_t>(info->dlpi_addr)});
+            found.push_back({found.empty() ? executablePath() : fileOf(*info),
+                             static_cast<std::uintptr_t>(info->dlpi_addr)});
             return 0;
         },
         &modules);

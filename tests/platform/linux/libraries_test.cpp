@@ -30,6 +30,24 @@ TEST_F(LibraryFolder, FileThatIsNoLibraryIsError126) {
     EXPECT_EQ(lastError(), kErrorModuleNotFound);
 }
 
+TEST_F(LibraryFolder, LibraryThatARelativeNameLoadedKeepsItsFileWhenTheProcessGoesElsewhere) {
+    const ModuleHandle system = kernel32.LoadLibraryA("ZLibStdCall.DLL");
+    std::filesystem::copy_file(kernel32.GetModuleFileNameA(system), dir_.file("libown.so"));
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(dir_.path());
+    const ModuleHandle own = kernel32.LoadLibraryA("./libown.so");
+    EXPECT_EQ(kernel32.GetModuleFileNameA(own), dir_.file("libown.so"));
+    std::filesystem::current_path(before);
+    EXPECT_EQ(kernel32.GetModuleFileNameA(own), dir_.file("libown.so"));
+    EXPECT_EQ(kernel32.GetModuleFileNameA(kernel32.GetModuleHandleA("libown.so")),
+              dir_.file("libown.so"));
+    // Also when the name means nothing any more.
+    std::filesystem::remove(dir_.file("libown.so"));
+    EXPECT_EQ(kernel32.GetModuleFileNameA(own), dir_.file("libown.so"));
+    EXPECT_TRUE(kernel32.FreeLibrary(own));
+    EXPECT_TRUE(kernel32.FreeLibrary(system));
+}
+
 TEST(LoadedLibrary, HandleThatWasFreedIsStale) {
     const ModuleHandle library = kernel32.LoadLibraryA("ZLibStdCall.DLL");
     EXPECT_TRUE(kernel32.FreeLibrary(library));
