@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 #include <vector>
 
 namespace orvane {
@@ -78,6 +79,15 @@ std::uint64_t mostInflated(std::size_t count) {
     return (std::uint64_t{count} * 4 + 1) * 258;
 }
 
+/// The folder of the module that holds this code.
+WString ownFolder() {
+    static const char inThisModule = 0;
+    const ModuleHandle module = kernel32.GetModuleHandleExA(&inThisModule);
+    // No module would stand for the host's executable.
+    if (module == ModuleHandle::none) raisePlatformFailure();
+    return nqGetFilePath(nqGetModulePrettyFileName(module));
+}
+
 struct Inflated {
     Array<std::uint8_t> bytes;
     std::size_t written = 0;  ///< of `bytes`; the rest is no data
@@ -139,10 +149,11 @@ const automation::ClassTable& orvGZipArchive::table() {
 // has already is found wherever it came from.
 orvGZipArchive::orvGZipArchive() : AutomationObject(table()) {
     library_ = kernel32.LoadLibraryA(toAnsi(kZlibLibrary));
-    if (library_ != ModuleHandle::none) return;
-    static const char inThisModule = 0;
-    const WString own = nqGetModulePrettyFileName(kernel32.GetModuleHandleExA(&inThisModule));
-    library_ = kernel32.LoadLibraryA(toAnsi(nqBuildFileName(nqGetFilePath(own), kZlibLibrary)));
+    if (library_ != ModuleHandle::none) {
+        fields_.os = {};  // what nobody has cleared
+        return;
+    }
+    library_ = kernel32.LoadLibraryA(toAnsi(nqBuildFileName(ownFolder(), kZlibLibrary)));
     Clear();
 }
 
@@ -151,20 +162,7 @@ orvGZipArchive::~orvGZipArchive() {
 }
 
 void orvGZipArchive::Clear() {
-    id1_ = 0;
-    id2_ = 0;
-    method_ = 0;
-    flags_ = {};
-    modificationTime_ = 0;
-    extraFlags_ = 0;
-    os_ = gzArchiveOS::gzosUnknown;
-    extraData_ = {};
-    fileName_ = {};
-    comment_ = {};
-    headerCrc_ = 0;
-    dataLength_ = 0;
-    dataCrc_ = 0;
-    uncompressed_ = {};
+    fields_ = {};
 }
 
 bool orvGZipArchive::IsLibraryAvailable() {
@@ -176,86 +174,89 @@ bool orvGZipArchive::IsLibraryAvailable() {
     return trap.number() == 0;
 }
 
+// What is read becomes the object's when all of it is: a failure, be it a code or an error, leaves
+// no part of a header.
 gzUncompressErrors orvGZipArchive::UncompressData(WStringView data) {
     Clear();
-    const gzUncompressErrors result = read(data);
-    if (result != gzueSuccess) Clear();
+    if (!IsLibraryAvailable()) return gzueLibraryNotAvailable;
+    Fields found;
+    const gzUncompressErrors result = found.read(data);
+    if (result == gzueSuccess) fields_ = std::move(found);
     return result;
 }
 
-gzUncompressErrors orvGZipArchive::read(WStringView data) {
-    if (!IsLibraryAvailable()) return gzueLibraryNotAvailable;
+gzUncompressErrors orvGZipArchive::Fields::read(WStringView data) {
     if (piece(data, 0, 2) != chr(31) + chr(139)) return gzueNotGZip;
     WStringView rest = readFixedHeader(data);
-    if ((static_cast<std::int32_t>(flags_) & kReservedFlags) != 0) return gzueInvalidFlags;
+    if ((static_cast<std::int32_t>(flags) & kReservedFlags) != 0) return gzueInvalidFlags;
     gzUncompressErrors result = readOptionalFields(rest);
     if (result == gzueSuccess) result = readTrailer(rest);
     return result == gzueSuccess ? inflateBody(rest) : result;
 }
 
 /// Returns what follows the header. The method is not looked at: any will do.
-WStringView orvGZipArchive::readFixedHeader(WStringView data) {
-    id1_ = byteAt(data, 0);
-    id2_ = byteAt(data, 1);
-    method_ = byteAt(data, 2);
-    flags_ = static_cast<gzArchiveFlags>(byteAt(data, 3));
-    modificationTime_ = numberIn<std::int32_t>(piece(data, 4, 4));
-    extraFlags_ = byteAt(data, 8);
-    os_ = static_cast<gzArchiveOS>(byteAt(data, 9));
+WStringView orvGZipArchive::Fields::readFixedHeader(WStringView data) {
+    id1 = byteAt(data, 0);
+    id2 = byteAt(data, 1);
+    method = byteAt(data, 2);
+    flags = static_cast<gzArchiveFlags>(byteAt(data, 3));
+    modificationTime = numberIn<std::int32_t>(piece(data, 4, 4));
+    extraFlags = byteAt(data, 8);
+    os = static_cast<gzArchiveOS>(byteAt(data, 9));
     cutLeft(data, kFixedHeader);
     return data;
 }
 
-bool orvGZipArchive::has(gzArchiveFlags flag) const {
-    return (static_cast<std::int32_t>(flags_) & static_cast<std::int32_t>(flag)) != 0;
+bool orvGZipArchive::Fields::has(gzArchiveFlags flag) const {
+    return (static_cast<std::int32_t>(flags) & static_cast<std::int32_t>(flag)) != 0;
 }
 
 // The extra field is not the format's own, whose length has two bytes and doesn't count itself:
 // here it has four, and they are a part of the field. Files with a true one rarely get past it.
-gzUncompressErrors orvGZipArchive::readOptionalFields(WStringView& rest) {
+gzUncompressErrors orvGZipArchive::Fields::readOptionalFields(WStringView& rest) {
     if (has(gzArchiveFlags::gzfExtra)) {
         const auto length = numberIn<std::int32_t>(piece(rest, 0, 4));
         if (length > len(rest) || length < 1) return gzueInvalidExtraDataLen;
-        extraData_ = left(rest, length);
+        extraData = left(rest, length);
         cutLeft(rest, static_cast<std::size_t>(length));
     }
-    if (has(gzArchiveFlags::gzfFileName) && !takeText(rest, fileName_)) {
+    if (has(gzArchiveFlags::gzfFileName) && !takeText(rest, fileName)) {
         return gzueInvalidFileNameLen;
     }
-    if (has(gzArchiveFlags::gzfComment) && !takeText(rest, comment_)) return gzueInvalidCommentLen;
+    if (has(gzArchiveFlags::gzfComment) && !takeText(rest, comment)) return gzueInvalidCommentLen;
     if (has(gzArchiveFlags::gzfHCRC)) {
-        headerCrc_ = numberIn<std::int16_t>(piece(rest, 0, 2));
+        headerCrc = numberIn<std::int16_t>(piece(rest, 0, 2));
         cutLeft(rest, 2);
     }
     return gzueSuccess;
 }
 
 /// The trailer is the very end of the data, whatever stands there; `rest` loses it.
-gzUncompressErrors orvGZipArchive::readTrailer(WStringView& rest) {
-    dataLength_ = numberIn<std::int32_t>(lastUnits(rest, 4));
+gzUncompressErrors orvGZipArchive::Fields::readTrailer(WStringView& rest) {
+    dataLength = numberIn<std::int32_t>(lastUnits(rest, 4));
     cutRight(rest, 4);
-    if (dataLength_ < 0) return gzueInvalidDataLen;
-    dataCrc_ = numberIn<std::int32_t>(lastUnits(rest, 4));
+    if (dataLength < 0) return gzueInvalidDataLen;
+    dataCrc = numberIn<std::int32_t>(lastUnits(rest, 4));
     cutRight(rest, 4);
     return gzueSuccess;
 }
 
 // The data has the length that the trailer tells, filled up with NULs where the body ends before
 // that, and the CRC counts them. A length of 0 is taken without a look at the body.
-gzUncompressErrors orvGZipArchive::inflateBody(WStringView body) {
-    if (dataLength_ == 0) return dataCrc_ == 0 ? gzueSuccess : gzueCRCMismatch;
-    const auto length = static_cast<std::uint32_t>(dataLength_);
+gzUncompressErrors orvGZipArchive::Fields::inflateBody(WStringView body) {
+    if (dataLength == 0) return dataCrc == 0 ? gzueSuccess : gzueCRCMismatch;
+    const auto length = static_cast<std::uint32_t>(dataLength);
     Inflated data = inflated(body, length);
     const std::size_t fill = length - data.written;
     const auto written = Array<std::uint8_t>::borrow(
         data.bytes.elements().data(), {Bound{0, static_cast<std::uint32_t>(data.written)}});
     const auto crc = static_cast<std::uint32_t>(cCRC32().GetByteArrayCrc32(written));
-    if (crc32OfZeros(crc, fill) != static_cast<std::uint32_t>(dataCrc_)) return gzueCRCMismatch;
+    if (crc32OfZeros(crc, fill) != static_cast<std::uint32_t>(dataCrc)) return gzueCRCMismatch;
     if (length > kLongestText) raise(error::kOutOfMemory);
     // A zlib of old tells no length of an unclean end, and every end here is one.
-    if (data.written != data.bytes.size()) dataLength_ = static_cast<std::int32_t>(data.written);
-    uncompressed_ = fromAnsi(written.elements());
-    uncompressed_.edit().append(fill, u'\0');
+    if (data.written != data.bytes.size()) dataLength = static_cast<std::int32_t>(data.written);
+    uncompressed = fromAnsi(written.elements());
+    uncompressed.edit().append(fill, u'\0');
     return gzueSuccess;
 }
 

@@ -38,10 +38,11 @@ public:
     explicit GzipReference(std::string bytes, std::int32_t mostData = 1 << 26)
         : data_(std::move(bytes)), mostData_(mostData) {
         outcome_.code = walk();
-        if (outcome_.code != 0 && !outcome_.raises) {
-            const int code = outcome_.code;
-            outcome_ = {};
-            outcome_.code = code;
+        if (outcome_.code != 0 || outcome_.raises) {
+            GzipOutcome failure;
+            failure.raises = outcome_.raises;
+            failure.code = outcome_.code;
+            outcome_ = failure;
         }
     }
 

@@ -180,6 +180,8 @@ TEST(GZipLibrary, LibraryWithoutTheFunctionRaisesItsError) {
         });
     EXPECT_EQ(raisedBy([&] { archive->UncompressData(Member("data").text()); }),
               error::kEntryPointNotFound);
+    EXPECT_EQ(archive->ID1(), 0);
+    EXPECT_EQ(archive->OS(), gzArchiveOS::gzosUnknown);
 }
 
 TEST(GZipLibrary, BodyGoesToItBehindAZlibHeaderWithRoomForTheLength) {
@@ -246,6 +248,8 @@ TEST(GZipLibrary, ShortMemoryRaises7AndLeavesTheObjectUsable) {
         const ScopedTarget pages(kernel32.VirtualAlloc,
                                  [](std::size_t) -> void* { return nullptr; });
         EXPECT_EQ(raisedBy([&] { archive->UncompressData(member.text()); }), error::kOutOfMemory);
+        EXPECT_EQ(archive->ID1(), 0);
+        EXPECT_EQ(archive->DataLen(), 0);
     }
     EXPECT_EQ(archive->UncompressData(member.text()), gzueSuccess);
     EXPECT_EQ(archive->UncompressedData().size(), text.size());
@@ -271,6 +275,71 @@ TEST(GZipLibrary, NoFailureOfThePlatformLeavesALibraryLoadedOrEndsInAnythingElse
             EXPECT_EQ(outcome, expected) << run.failed;
         });
     EXPECT_GE(failures, 4U);
+}
+
+TEST(GZipLibrary, ModuleThatIsNotToldIsNotTakenForTheHosts) {
+    FakeLibraries libraries({besideUs()});
+    {
+        const ScopedTarget module(kernel32.GetModuleHandleExA, [](const void*) {
+            platform::setLastError(platform::kErrorModuleNotFound);
+            return ModuleHandle::none;
+        });
+        EXPECT_EQ(raisedBy([] { make<orvGZipArchive>(); }), error::kFileNotFound);
+    }
+    // The second place would be the host's folder.
+    EXPECT_THAT(libraries.asked, ElementsAre(kLibrary));
+    EXPECT_EQ(make<orvGZipArchive>()->OS(), gzArchiveOS::gzosUnknown);
+}
+
+TEST(GZipLibrary, EveryFailureOnTheWayToTheSecondPlaceIsToldOrPassedOver) {
+    const WString data = Member("data").text();
+    const std::string beside = besideUs();
+    std::vector<platform::OperationBase*> operations = loading();
+    operations.insert(operations.end(), {&platform::zlib.zlibVersion, &platform::zlib.uncompress});
+    std::vector<std::string> failed;
+    // The first load fails in all runs; 71 and later are the handles of the second.
+    std::vector<std::string> asked;
+    int loaded = 0;
+    const ScopedTarget load(kernel32.LoadLibraryA, [&](const std::string& name) {
+        asked.push_back(name);
+        if (name == kLibrary) {
+            platform::setLastError(platform::kErrorModuleNotFound);
+            return ModuleHandle::none;
+        }
+        return static_cast<ModuleHandle>(70 + ++loaded);
+    });
+    const ScopedTarget free(kernel32.FreeLibrary, [&](ModuleHandle) {
+        --loaded;
+        return true;
+    });
+    test::torture(
+        [&] {
+            asked.clear();
+            try {
+                const auto archive = make<orvGZipArchive>();
+                EXPECT_EQ(archive->OS(), gzArchiveOS::gzosUnknown);
+                return static_cast<int>(archive->UncompressData(data));
+            } catch (const RuntimeError& error) {
+                return -error.number;
+            }
+        },
+        [&](int outcome, const test::TortureRun& run) {
+            failed.push_back(run.failed);
+            int expected = 0;
+            if (run.failed == "GetModuleHandleExA" || run.failed == "GetModuleFileNameA") {
+                expected = -error::kFileNotFound;
+            }
+            if (run.failed == "zlibVersion") expected = 8;
+            if (run.failed == "uncompress") expected = -error::kFileNotFound;
+            EXPECT_EQ(outcome, expected) << run.failed;
+            EXPECT_EQ(loaded, 0) << run.failed;
+            for (const std::string& name : asked)
+                EXPECT_TRUE(name == kLibrary || name == beside) << name;
+        },
+        {.operations = operations, .spared = {}});
+    EXPECT_THAT(failed,
+                ElementsAre("LoadLibraryA", "GetModuleHandleExA", "GetModuleFileNameA",
+                            "GetLongPathNameA", "LoadLibraryA", "zlibVersion", "uncompress", ""));
 }
 
 }  // namespace

@@ -47,10 +47,11 @@ class GZip(unittest.TestCase):
         self.assertEqual(self.archive.UncompressErrorCodeToString(7),
                          "Неверное значение длины даных")
 
-    def test_the_magic_bytes_alone_raise_5(self):
+    def test_the_magic_bytes_alone_raise_5_and_leave_the_fields_clear(self):
         with self.assertRaises(orvane.Error) as raised:
             self.uncompress(data=b"\x1f\x8b")
         self.assertEqual(raised.exception.number, 5)
+        self.assertEqual((self.archive.ID1, self.archive.ID2, self.archive.OS), (0, 0, 255))
 
     def test_clear_empties_the_object(self):
         self.assertEqual(self.uncompress(gzip.compress(b"data")), 0)
