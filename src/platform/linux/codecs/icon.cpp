@@ -27,8 +27,10 @@ constexpr uint32_t kEntry = 16;
 constexpr uint16_t kIconType = 1;
 constexpr uint16_t kCursorType = 2;
 constexpr int64_t kDefaultSize = 32;
-/// More PNG images than an icon has sizes. Each one that is damaged may take long until that shows.
+// A damaged PNG image may take long until that shows. What is tried: more images than an icon has
+// sizes, and as many pixels in all as 256 images of the largest usual size have.
 constexpr int kMostPngs = 16;
+constexpr uint64_t kMostPngPixels = uint64_t{1} << 24;
 
 struct Candidate {
     Reader image;
@@ -183,6 +185,24 @@ OrvaneCodecResult readPng(const Candidate& candidate, OrvaneDecoded& out, const 
     return result;
 }
 
+/// The tries at PNG images that an icon has left.
+class PngTries {
+public:
+    /// Whether an image may be tried; it is counted then.
+    bool take(const DibHeader& header) {
+        // Both are below 2^32, so the product can't wrap.
+        const uint64_t pixels = uint64_t{header.width} * header.height;
+        if (images_ == 0 || pixels > pixels_) return false;
+        --images_;
+        pixels_ -= pixels;
+        return true;
+    }
+
+private:
+    int images_ = kMostPngs;
+    uint64_t pixels_ = kMostPngPixels;
+};
+
 void describe(const Candidate& candidate, bool isIcon, OrvaneDecoded& out) {
     out.kind = ORVANE_PICTURE_ICON;
     out.isIcon = isIcon ? 1 : 0;
@@ -212,9 +232,12 @@ OrvaneCodecResult decodeIcon(std::span<const uint8_t> file, OrvaneDecoded& out,
         readEntry(whole, kDirectory + uint64_t{index} * kEntry, type == kCursorType, directory);
     std::stable_sort(directory.candidates.begin(), directory.candidates.end(),
                      [](const Candidate& a, const Candidate& b) { return rank(a) < rank(b); });
-    int pngs = 0;
+    PngTries tries;
     for (const Candidate& candidate : directory.candidates) {
-        if (candidate.png && ++pngs > kMostPngs) continue;
+        if (candidate.png && !tries.take(candidate.header)) {
+            directory.otherwise = ORVANE_CODEC_UNSUPPORTED;
+            continue;
+        }
         const auto read = candidate.png ? readPng : readDib;
         const OrvaneCodecResult result = read(candidate, out, limits);
         if (result == ORVANE_CODEC_OK) {

@@ -305,6 +305,33 @@ TEST(Icon, OnlySoManyPngImagesAreTried) {
     EXPECT_EQ(width(16), 4);
 }
 
+/// A black PNG image of one bit a pixel.
+Image largePng(uint32_t width, uint32_t height) {
+    orvane::test::PngFile png = pngFile(width, height, 0);
+    png.depth = 1;
+    return pngImage(png);
+}
+
+TEST(Icon, APngImageOfMorePixelsThanAnyIconHasIsNotTried) {
+    const Decoded usual(file(1, {largePng(4096, 512)}));
+    ASSERT_EQ(usual.result, ORVANE_CODEC_OK);
+    EXPECT_EQ(usual.picture.width, 4096);
+    const Image large = largePng(8192, 2049);
+    EXPECT_EQ(Decoded(file(1, {large})).result, ORVANE_CODEC_UNSUPPORTED);
+    const Decoded next(file(1, {large, plain(8, 8, 24, kRed)}));
+    ASSERT_EQ(next.result, ORVANE_CODEC_OK);
+    EXPECT_EQ(next.picture.width, 8);
+}
+
+TEST(Icon, DamagedPngImagesUseUpThePixelsThatAreTried) {
+    constexpr size_t kLengthAgain = 46;
+    const Image whole = largePng(8192, 1500);
+    Image damaged = whole;
+    damaged.dib.patch(kLengthAgain, 1, 2);
+    EXPECT_EQ(Decoded(file(1, {whole, damaged})).result, ORVANE_CODEC_OK);
+    EXPECT_EQ(Decoded(file(1, {damaged, whole})).result, ORVANE_CODEC_UNSUPPORTED);
+}
+
 TEST(Icon, ACursorsImageGoesToTheEndOfTheFileWhateverTheDirectorySays) {
     constexpr size_t kSizeInDirectory = 14;
     for (const int bits : {1, 8, 24, 32}) {
