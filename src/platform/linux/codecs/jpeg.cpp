@@ -15,9 +15,20 @@ namespace orvane::codecs {
 
 namespace {
 
-/// More scans than any encoder writes: a file with more is there to keep the reader busy.
+// What a picture's scans may cost. A scan of nothing but zeroes takes a few bytes whatever the
+// picture's size, so some files are there to keep the reader busy. Encoders visit each block up to
+// seven times, people who try out the format more often, in pictures of a usual size.
 constexpr int kMostScans = 500;
-constexpr size_t kBlocksPerByte = 8;
+constexpr uint64_t kVisitsOfBlock = 12;
+constexpr uint64_t kVisitsOfAnyPicture = uint64_t{1} << 23;
+
+/// Huffman coding spends a bit at least on each block, so the file's size bounds the picture's.
+constexpr uint64_t kBlocksPerByte = 8;
+// Arithmetic coding does not: a blank picture of any size takes no bytes at all. A blank one is
+// believed up to 8192 x 8192 pixels, and any other one that is 8 times as dense as Huffman coding
+// can be.
+constexpr uint64_t kArithmeticBlocksPerByte = 8 * kBlocksPerByte;
+constexpr uint64_t kArithmeticBlocks = uint64_t{1} << 20;
 
 /// All state of one decoding. libjpeg leaves by longjmp, so nothing here needs a destructor.
 struct Job {
@@ -27,6 +38,9 @@ struct Job {
     jpeg_progress_mgr progress;
     std::jmp_buf escape;
     OrvaneCodecResult failure;
+    /// The scan that is being read, and how many blocks the scans behind it may visit.
+    int scan;
+    uint64_t visitsLeft;
 };
 
 [[noreturn]] void leave(j_common_ptr info, OrvaneCodecResult failure) {
@@ -57,9 +71,16 @@ void onMessage(j_common_ptr info, int level) {
 
 void onOutput(j_common_ptr) {}
 
-void onProgress(j_common_ptr info) {
-    if (static_cast<Job*>(info->client_data)->info.input_scan_number > kMostScans)
-        leave(info, ORVANE_CODEC_DAMAGED);
+/// Called at least once in each scan, before its first row.
+void onProgress(j_common_ptr common) {
+    Job& job = *static_cast<Job*>(common->client_data);
+    const jpeg_decompress_struct& info = job.info;
+    if (info.input_scan_number == job.scan) return;
+    job.scan = info.input_scan_number;
+    const uint64_t visits = uint64_t{info.MCUs_per_row} * info.MCU_rows_in_scan *
+                            static_cast<uint64_t>(info.blocks_in_MCU);
+    if (job.scan > kMostScans || visits > job.visitsLeft) leave(common, ORVANE_CODEC_DAMAGED);
+    job.visitsLeft -= visits;
 }
 
 void onSource(j_decompress_ptr) {}
@@ -86,14 +107,17 @@ void prepare(Job& job, std::span<const uint8_t> file, const Limits& limits) {
     job.info.progress = &job.progress;
 }
 
-/// Huffman coding spends a bit at least on each block, so the file's size bounds the picture's.
-void checkSize(jpeg_decompress_struct& info, size_t fileSize) {
-    if (info.arith_code) return;
+/// Refuses what the file is too small for, and grants the scans their visits.
+void checkSize(Job& job, size_t fileSize) {
+    const jpeg_decompress_struct& info = job.info;
+    const uint64_t most = info.arith_code ? kArithmeticBlocks + fileSize * kArithmeticBlocksPerByte
+                                          : fileSize * kBlocksPerByte;
+    job.visitsLeft = kVisitsOfAnyPicture;
     for (int index = 0; index < info.num_components; ++index) {
         const jpeg_component_info& component = info.comp_info[index];
-        const size_t blocks = size_t{component.width_in_blocks} * component.height_in_blocks;
-        if (blocks / kBlocksPerByte > fileSize)
-            leave(reinterpret_cast<j_common_ptr>(&info), ORVANE_CODEC_DAMAGED);
+        const uint64_t blocks = uint64_t{component.width_in_blocks} * component.height_in_blocks;
+        if (blocks > most) leave(reinterpret_cast<j_common_ptr>(&job.info), ORVANE_CODEC_DAMAGED);
+        job.visitsLeft += blocks * kVisitsOfBlock;
     }
 }
 
@@ -142,7 +166,7 @@ OrvaneCodecResult run(Job& job, std::span<const uint8_t> file, OrvaneDecoded& ou
     jpeg_decompress_struct& info = job.info;
     prepare(job, file, limits);
     jpeg_read_header(&info, TRUE);
-    checkSize(info, file.size());
+    checkSize(job, file.size());
     const OrvaneCodecResult made = makeBitmap(out, info.image_width, info.image_height, 24, limits);
     if (made != ORVANE_CODEC_OK) return made;
     const bool inks = info.jpeg_color_space == JCS_CMYK || info.jpeg_color_space == JCS_YCCK;

@@ -16,6 +16,8 @@ struct Jpeg {
     std::vector<int> pixel = {200, 100, 50};
     bool progressive = false;
     bool adobe = false;
+    /// The scans, where none of the usual kinds is wanted.
+    std::vector<jpeg_scan_info> scans = {};
 
     Bytes build() const;
 };
@@ -38,6 +40,10 @@ Bytes Jpeg::build() const {
     info.write_Adobe_marker = adobe ? TRUE : FALSE;
     jpeg_set_quality(&info, 100, TRUE);
     if (progressive) jpeg_simple_progression(&info);
+    if (!scans.empty()) {
+        info.scan_info = scans.data();
+        info.num_scans = static_cast<int>(scans.size());
+    }
     jpeg_start_compress(&info, TRUE);
     std::vector<JSAMPLE> row;
     for (int x = 0; x < width; ++x) {
@@ -165,6 +171,62 @@ TEST(Jpeg, MemoryOfTheLibraryIsLimited) {
     const Bytes file = jpeg.build();
     EXPECT_EQ(Decoded(file, Limits{INT32_MAX, 100000}).result, ORVANE_CODEC_OUT_OF_MEMORY);
     EXPECT_EQ(Decoded(file).result, ORVANE_CODEC_OK);
+}
+
+/// Grey in arithmetic coding, of which there is no data at all: zeroes, to the reader. With scans
+/// it is progressive, and each of them is one more over all coefficients but the first.
+Bytes blankArithmetic(int width, int height, int scans = 0) {
+    Bytes bytes;
+    bytes.u8({0xff, 0xd8, 0xff, 0xdb, 0, 67, 0});
+    for (int i = 0; i < 64; ++i)
+        bytes.u8({1});
+    bytes.u8({0xff, scans == 0 ? 0xc9 : 0xca, 0, 11, 8});
+    bytes.u8({height >> 8, height, width >> 8, width, 1, 1, 0x11, 0});
+    const int last = scans == 0 ? 63 : 0;
+    bytes.u8({0xff, 0xda, 0, 8, 1, 1, 0, 0, last, 0, 0, 0});
+    for (int i = 0; i < scans; ++i)
+        bytes.u8({0xff, 0xda, 0, 8, 1, 1, 0, 1, 63, 0, 0, 0});
+    return bytes.u8({0xff, 0xd9});
+}
+
+TEST(Jpeg, ASmallPictureMayHaveHundredsOfScans) {
+    const Decoded decoded(blankArithmetic(64, 64, 499));
+    ASSERT_EQ(decoded.result, ORVANE_CODEC_OK);
+    EXPECT_EQ(decoded.picture.width, 64);
+    EXPECT_EQ(Decoded(blankArithmetic(64, 64, 500)).result, ORVANE_CODEC_DAMAGED);
+}
+
+TEST(Jpeg, TheLargerAPictureTheFewerScansItMayHave) {
+    // 65536 blocks: each may be visited 12 times, and all of them 2^23 times more.
+    EXPECT_EQ(Decoded(blankArithmetic(2048, 2048, 139)).result, ORVANE_CODEC_OK);
+    EXPECT_EQ(Decoded(blankArithmetic(2048, 2048, 140)).result, ORVANE_CODEC_DAMAGED);
+}
+
+TEST(Jpeg, AScanForEachCoefficientIsReadUnlessThePictureIsLarge) {
+    Jpeg jpeg;
+    jpeg.space = jpeg.stored = JCS_GRAYSCALE;
+    jpeg.pixel = {77};
+    jpeg.scans = {{1, {0}, 0, 0, 0, 0}};
+    for (int at = 1; at < 64; ++at) {
+        jpeg.scans.push_back({1, {0}, at, at, 0, 2});
+        jpeg.scans.push_back({1, {0}, at, at, 2, 1});
+        jpeg.scans.push_back({1, {0}, at, at, 1, 0});
+    }
+    jpeg.width = jpeg.height = 500;
+    expectNear(Decoded(jpeg.build()), {77, 77, 77});
+    jpeg.width = jpeg.height = 2000;
+    EXPECT_EQ(Decoded(jpeg.build()).result, ORVANE_CODEC_DAMAGED);
+}
+
+TEST(Jpeg, ArithmeticCodingIsBelievedSoMuchBlank) {
+    const auto resultOf = [](const Bytes& file) {
+        return Decoded(file, Limits{0, uint64_t{1} << 20}).result;
+    };
+    EXPECT_EQ(Decoded(blankArithmetic(640, 480)).result, ORVANE_CODEC_OK);
+    EXPECT_EQ(resultOf(blankArithmetic(8192, 8192)), ORVANE_CODEC_OUT_OF_MEMORY);
+    EXPECT_EQ(resultOf(blankArithmetic(8800, 8192)), ORVANE_CODEC_DAMAGED);
+    EXPECT_EQ(resultOf(blankArithmetic(8800, 8192).zeroes(1200)), ORVANE_CODEC_OUT_OF_MEMORY);
+    EXPECT_EQ(resultOf(blankArithmetic(26000, 26000)), ORVANE_CODEC_DAMAGED);
 }
 
 TEST(Jpeg, ANoiseBehindTheSignatureIsDamage) {
