@@ -12,11 +12,15 @@ thread_local std::size_t tooLarge = SIZE_MAX;
 
 }  // namespace
 
-// The program's own operators: arrays and the forms that don't throw come here, too.
-void* operator new(std::size_t size) {
+// The program's own operators: arrays come here, too. The form that doesn't throw would, but for
+// the sanitizers, which bring one of their own.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     ++allocated;
-    if (size >= tooLarge) throw std::bad_alloc();
-    if (void* block = std::malloc(size == 0 ? 1 : size)) return block;
+    return size >= tooLarge ? nullptr : std::malloc(size == 0 ? 1 : size);
+}
+
+void* operator new(std::size_t size) {
+    if (void* block = operator new(size, std::nothrow)) return block;
     throw std::bad_alloc();
 }
 

@@ -191,12 +191,13 @@ private:
     OrvaneCodecResult convert() {
         const uint64_t count = uint64_t{layout_.width} * layout_.height;
         if (count * 4 > limits_.surfaceBytes) return ORVANE_CODEC_OUT_OF_MEMORY;
+        // Taken before libtiff takes anything, because it may throw.
+        std::vector<uint32_t> raster(count);
         TIFFRGBAImage image{};
         char message[1024];
         if (TIFFRGBAImageBegin(&image, tiff_, 1, message) == 0) return ORVANE_CODEC_UNSUPPORTED;
         image.orientation = ORIENTATION_TOPLEFT;
         image.req_orientation = ORIENTATION_TOPLEFT;
-        std::vector<uint32_t> raster(count);
         const int done = TIFFRGBAImageGet(&image, raster.data(), layout_.width, layout_.height);
         TIFFRGBAImageEnd(&image);
         if (done == 0) return ORVANE_CODEC_DAMAGED;

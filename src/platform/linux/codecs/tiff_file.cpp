@@ -23,7 +23,7 @@ TiffFile::TiffFile(std::span<const uint8_t> file, const Limits& limits) : source
     TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), static_cast<tmsize_t>(limits.workBytes));
     TIFFOpenOptionsSetErrorHandlerExtR(options.get(), ignoreMessage, nullptr);
     TIFFOpenOptionsSetWarningHandlerExtR(options.get(), ignoreMessage, nullptr);
-    tiff_.reset(TIFFClientOpenExt("", "r", &source_, read, write, seek, close, size, map, unmap,
+    tiff_.reset(TIFFClientOpenExt("", "r", &source_, read, write, seek, close, sizeOf, map, unmap,
                                   options.get()));
 }
 
@@ -59,7 +59,7 @@ int TiffFile::close(thandle_t) {
     return 0;
 }
 
-toff_t TiffFile::size(thandle_t handle) {
+toff_t TiffFile::sizeOf(thandle_t handle) {
     return static_cast<Source*>(handle)->bytes.size();
 }
 

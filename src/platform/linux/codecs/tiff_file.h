@@ -18,6 +18,8 @@ public:
 
     bool isOpen() const { return tiff_ != nullptr; }
     TIFF* get() const { return tiff_.get(); }
+    /// Bytes of the whole file.
+    uint64_t size() const { return source_.bytes.size(); }
 
     /// A tag's number, or the value that the format gives it when the tag isn't there.
     uint16_t number(uint32_t tag) const;
@@ -35,7 +37,7 @@ private:
     static tmsize_t write(thandle_t handle, void* from, tmsize_t size);
     static toff_t seek(thandle_t handle, toff_t offset, int whence);
     static int close(thandle_t handle);
-    static toff_t size(thandle_t handle);
+    static toff_t sizeOf(thandle_t handle);
     static int map(thandle_t handle, void** base, toff_t* size);
     static void unmap(thandle_t handle, void* base, toff_t size);
 

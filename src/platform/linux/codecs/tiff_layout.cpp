@@ -19,7 +19,12 @@ bool isReadable(uint16_t compression) {
            TIFFIsCODECConfigured(compression) != 0;
 }
 
-/// The most that a byte of stored data can unpack to; 0 where there is no bound worth a look.
+bool isFax(uint16_t compression) {
+    return compression == COMPRESSION_CCITTRLE || compression == COMPRESSION_CCITTFAX3 ||
+           compression == COMPRESSION_CCITTFAX4;
+}
+
+/// The most bytes that a byte of stored data can unpack to.
 uint64_t mostFromByte(uint16_t compression) {
     switch (compression) {
     case COMPRESSION_NONE:
@@ -31,27 +36,35 @@ uint64_t mostFromByte(uint16_t compression) {
     case COMPRESSION_ADOBE_DEFLATE:
     case COMPRESSION_DEFLATE:
         return 1032;  // 258 bytes from 2 bits
-    case COMPRESSION_JPEG:
-        // 8 blocks of 64 samples from a byte, and twice the samples where colours have fewer.
-        return 1024;
     default:
-        return 0;
+        // JPEG: 8 blocks of 64 samples, and twice the samples where colours have fewer.
+        return 1024;
     }
 }
 
-/// Whether the stored data can amount to the page at all. Strips may share their data.
-bool canHoldPage(const TiffFile& file, const TiffLayout& layout) {
-    const uint64_t most = mostFromByte(file.number(TIFFTAG_COMPRESSION));
-    if (most == 0) return true;
+/// Bytes of stored data, as far as the file holds them. Strips may share theirs.
+uint64_t storedBytes(const TiffFile& file, const TiffLayout& layout) {
     uint64_t stored = 0;
-    const uint32_t count =
+    const uint32_t stated =
         layout.tiled ? TIFFNumberOfTiles(file.get()) : TIFFNumberOfStrips(file.get());
+    // More than there are bytes to list them in have no data.
+    const auto count = static_cast<uint32_t>(std::min<uint64_t>(stated, file.size()));
     for (uint32_t i = 0; i < count; ++i) {
+        const uint64_t offset = TIFFGetStrileOffset(file.get(), i);
         const uint64_t bytes = TIFFGetStrileByteCount(file.get(), i);
-        stored += std::min<uint64_t>(bytes, UINT32_MAX);
+        if (offset < file.size()) stored += std::min(bytes, file.size() - offset);
     }
+    return stored;
+}
+
+/// Whether the stored data can amount to the page at all.
+bool canHoldPage(const TiffFile& file, const TiffLayout& layout) {
+    const uint64_t stored = storedBytes(file, layout);
+    const uint16_t compression = file.number(TIFFTAG_COMPRESSION);
+    // A blank row takes a bit, however wide it is.
+    if (isFax(compression)) return layout.height / 8 <= stored;
     const uint64_t row = (uint64_t{layout.width} * layout.bits * layout.samples + 7) / 8;
-    return row * layout.height / most <= stored;
+    return row * layout.height / mostFromByte(compression) <= stored;
 }
 
 void readAlpha(const TiffFile& file, TiffLayout& layout) {

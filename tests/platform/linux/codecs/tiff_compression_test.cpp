@@ -1,5 +1,8 @@
 #include "platform/linux/codecs/painted.h"
+#include "support/allocations.h"
+#include "support/tiff_file.h"
 
+#include <malloc.h>
 #include <tiffio.h>
 
 #include <algorithm>
@@ -230,6 +233,87 @@ TEST(CompressedTiff, StoredDifferencesAreConverted) {
     EXPECT_EQ(image.pixel(0, 0).red, 0);
     EXPECT_NEAR(image.pixel(0, 0).green, 29, 2);
     EXPECT_EQ(image.pixel(0, 0).blue, 0);
+}
+
+/// An A4 page of a fax, blank, by libtiff.
+std::vector<uint8_t> blankFax(int compression, uint32_t rowsPerStrip) {
+    constexpr uint32_t kFaxWidth = 1728;
+    constexpr uint32_t kFaxHeight = 2200;
+    Memory memory;
+    TIFF* tiff = TIFFClientOpen("", "w", &memory, readMemory, writeMemory, seekMemory, closeMemory,
+                                sizeOfMemory, nullptr, nullptr);
+    TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, kFaxWidth);
+    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, kFaxHeight);
+    TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 1);
+    TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, 1);
+    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISWHITE);
+    TIFFSetField(tiff, TIFFTAG_COMPRESSION, compression);
+    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, rowsPerStrip);
+    if (compression == COMPRESSION_CCITTFAX3) {
+        TIFFSetField(tiff, TIFFTAG_GROUP3OPTIONS, GROUP3OPT_2DENCODING);
+    }
+    std::vector<uint8_t> row(kFaxWidth / 8);
+    for (uint32_t y = 0; y < kFaxHeight; ++y)
+        TIFFWriteScanline(tiff, row.data(), y, 0);
+    TIFFClose(tiff);
+    return memory.bytes;
+}
+
+TEST(CompressedTiff, ABlankFaxIsAllWhite) {
+    for (const int compression :
+         {COMPRESSION_CCITTRLE, COMPRESSION_CCITTFAX3, COMPRESSION_CCITTFAX4}) {
+        for (const uint32_t rowsPerStrip : {7u, 2200u}) {
+            SCOPED_TRACE(testing::Message() << compression << " in strips of " << rowsPerStrip);
+            const Image image(blankFax(compression, rowsPerStrip));
+            ASSERT_EQ(image.painted, ORVANE_CODEC_OK);
+            for (uint32_t y = 0; y < image.facts.height; ++y)
+                ASSERT_EQ(image.pixel(y % 1728, y), (Painted{255, 255, 255})) << y;
+        }
+    }
+}
+
+/// A fax of 8 bits a row that says it has `height` rows.
+std::vector<uint8_t> faxOfHeight(uint32_t height) {
+    constexpr uint32_t kRows = 40;
+    orvane::test::TiffFile file;
+    file.width = 8;
+    file.height = kRows;
+    file.bits = file.samples = 1;
+    file.photometric = PHOTOMETRIC_MINISWHITE;
+    file.rowsPerStrip = 100000;
+    file.tags[259] = COMPRESSION_CCITTFAX4;
+    file.sample = [](uint32_t, uint32_t, int) { return 1; };
+    std::vector<uint8_t> bytes = file.bytes();
+    // The second entry of the directory is the height.
+    const size_t at = size_t{bytes[4]} + bytes[5] * 256u + 2 + 12 + 8;
+    for (size_t i = 0; i < 4; ++i)
+        bytes[at + i] = static_cast<uint8_t>(height >> 8 * i);
+    return bytes;
+}
+
+TEST(CompressedTiff, AFaxHasNoMoreRowsThanBits) {
+    const Image image(faxOfHeight(320));
+    ASSERT_EQ(image.painted, ORVANE_CODEC_OK);
+    EXPECT_EQ(image.pixel(7, 319), (Painted{255, 255, 255}));
+    EXPECT_EQ(Image(faxOfHeight(328)).examined, ORVANE_CODEC_DAMAGED);
+    EXPECT_EQ(Image(faxOfHeight(23000)).examined, ORVANE_CODEC_DAMAGED);
+}
+
+TEST(CompressedTiff, NothingIsLostWhenMemoryForTheConversionRunsOut) {
+    const Kind kind{"", COMPRESSION_NONE, PHOTOMETRIC_YCBCR, 8};
+    const std::vector<uint8_t> file = build(kind);
+    std::vector<uint8_t> pixels(size_t{kWidth} * kHeight * 4);
+    const OrvaneCanvas canvas{kWidth, kHeight, pixels.data(), ptrdiff_t{kWidth} * 4};
+    const auto paint = [&] {
+        const orvane::test::ShortMemory shortMemory(pixels.size());
+        return paintAny(file, canvas, {});
+    };
+    EXPECT_EQ(paint(), ORVANE_CODEC_OUT_OF_MEMORY);
+    // With the sanitizer, which has a heap of its own, its search for leaks tells.
+    const size_t before = mallinfo2().uordblks;
+    for (int i = 0; i < 10; ++i)
+        paint();
+    EXPECT_EQ(mallinfo2().uordblks, before);
 }
 
 }  // namespace

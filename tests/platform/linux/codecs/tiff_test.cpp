@@ -267,6 +267,28 @@ TEST(Tiff, AHeaderThatClaimsMoreThanTheFileHoldsIsRefusedBeforeMemoryIsTaken) {
     EXPECT_EQ(Image(bytes).examined, ORVANE_CODEC_DAMAGED);
 }
 
+TEST(Tiff, AStripHoldsNoMoreThanTheFileWhateverItSays) {
+    TiffFile file = sampleFile(2, 8);
+    std::vector<uint8_t> bytes = file.bytes();
+    const size_t directory = size_t{bytes[4]} + bytes[5] * 256u;
+    // Entries of 12 bytes, their values in the last four: 15000 x 15000, one strip of 4 GiB.
+    const auto setTag = [&](int tag, uint32_t value) {
+        for (size_t at = directory + 2; at < bytes.size() - 12; at += 12) {
+            if (bytes[at] + bytes[at + 1] * 256 != tag) continue;
+            bytes[at + 4] = 1;
+            for (size_t i = 0; i < 4; ++i)
+                bytes[at + 8 + i] = static_cast<uint8_t>(value >> 8 * i);
+            return;
+        }
+    };
+    setTag(256, 15000);
+    setTag(257, 15000);
+    setTag(273, 8);
+    setTag(278, 15000);
+    setTag(279, 0xFFFFFFFF);
+    EXPECT_EQ(Image(bytes).examined, ORVANE_CODEC_DAMAGED);
+}
+
 TEST(Tiff, AStripBeyondTheMemoryToWorkInIsReadRowByRow) {
     TiffFile file = sampleFile(2, 8);
     file.width = 100;
