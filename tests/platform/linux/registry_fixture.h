@@ -135,6 +135,10 @@ struct RegistryStoreLinux : test::RegistryTest {
         }
         return {};
     }
+    static std::string contentOf(const std::string& file) {
+        std::ifstream stream(file, std::ios::binary);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
     static void overwrite(const std::string& file, std::streamoff place, std::string_view text) {
         std::fstream stream(file, std::ios::in | std::ios::out | std::ios::binary);
         stream.seekp(place);

@@ -200,10 +200,6 @@ struct InterruptedWriterLinux : RegistryStoreLinux {
         ASSERT_TRUE(fs::exists(journal()));
         ASSERT_GT(fs::file_size(store_.machineFile()), kMuch / 2);
     }
-    static std::string content(const std::string& file) {
-        std::ifstream stream(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
 
     const std::string temporary_ = store_.userFolder() + "-temporary";
 };
@@ -213,8 +209,8 @@ TEST_F(InterruptedWriterLinux, ReaderWithoutRightsFindsWhatWasCommitted) {
     EXPECT_EQ(write(kHkeyLocalMachine, "a", "long", std::string(kLong, 'c')), 0u);
     EXPECT_EQ(write(kHkeyLocalMachine, "Software\\Classes\\c", "", "committed"), 0u);
     writeAndDie();
-    const std::string database = content(store_.machineFile());
-    const std::string left = content(journal());
+    const std::string database = contentOf(store_.machineFile());
+    const std::string left = contentOf(journal());
     // The test shows nothing unless the database alone would be wrong.
     ASSERT_THAT(database, HasSubstr(std::string(3000, 'u')));
     EXPECT_EQ(inChild([&] {
@@ -229,8 +225,8 @@ TEST_F(InterruptedWriterLinux, ReaderWithoutRightsFindsWhatWasCommitted) {
                   return testing::Test::HasFailure() ? 1 : 0;
               }),
               0);
-    EXPECT_EQ(content(store_.machineFile()), database);
-    EXPECT_EQ(content(journal()), left);
+    EXPECT_EQ(contentOf(store_.machineFile()), database);
+    EXPECT_EQ(contentOf(journal()), left);
     EXPECT_EQ(read(kHkeyLocalMachine, "a", "v"), "committed");
     EXPECT_FALSE(fs::exists(journal()));
 }

@@ -9,6 +9,7 @@ using Code = std::uint32_t;
 
 inline constexpr Code kSuccess = 0;
 inline constexpr Code kNotFound = 2;
+inline constexpr Code kTooManyOpenFiles = 4;
 inline constexpr Code kAccessDenied = 5;
 inline constexpr Code kNoMemory = 8;
 inline constexpr Code kDiskFull = 112;

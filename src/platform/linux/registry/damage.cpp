@@ -1,11 +1,14 @@
 #include "platform/linux/registry/damage.h"
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <ctime>
 #include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/file.h>
+#include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace orvane::store {
@@ -14,6 +17,12 @@ namespace {
 
 bool exists(const std::string& path) {
     return ::access(path.c_str(), F_OK) == 0;
+}
+
+/// The bytes of a file; 0 when there is none.
+off_t sizeOf(const std::string& path) {
+    struct stat facts {};
+    return ::stat(path.c_str(), &facts) == 0 ? facts.st_size : 0;
 }
 
 /// A name that nothing has yet, nor its log.
@@ -25,7 +34,8 @@ std::string freeName(const std::string& path) {
     std::strftime(stamp.data(), stamp.size(), "%Y%m%d-%H%M%S", &local);
     const std::string name = path + ".damaged-" + stamp.data();
     std::string free = name;
-    for (int number = 2; exists(free) || exists(free + "-wal"); ++number)
+    for (int number = 2; exists(free) || exists(free + "-wal") || exists(free + "-journal");
+         ++number)
         free = name + "-" + std::to_string(number);
     return free;
 }
@@ -54,29 +64,51 @@ public:
         return sqlite3_exec(connection_, sql, nullptr, nullptr, nullptr) & 0xFF;
     }
 
-    /// "ok" is the one line that the check of a whole database gives.
+    /// "ok" is the one line that the check of a whole database gives. A database of ours has our
+    /// tables, too.
     bool isWhole() {
-        sqlite3_stmt* statement = nullptr;
-        bool whole = false;
-        if (sqlite3_prepare_v2(connection_, "PRAGMA integrity_check(1)", -1, &statement, nullptr) ==
-                SQLITE_OK &&
-            sqlite3_step(statement) == SQLITE_ROW) {
-            const auto* text = sqlite3_column_text(statement, 0);
-            whole = text != nullptr && std::string(reinterpret_cast<const char*>(text)) == "ok";
-        }
-        sqlite3_finalize(statement);
-        return whole;
+        if (firstText("PRAGMA integrity_check(1)") != "ok") return false;
+        const bool isOurs = firstText("PRAGMA application_id") == std::to_string(kApplicationId) &&
+                            firstText("PRAGMA user_version") == std::to_string(kSchemaVersion);
+        return !isOurs || (isValid("SELECT id,parent,path,name FROM keys") &&
+                           isValid("SELECT id,key,folded,name,type,data FROM entries"));
     }
 
 private:
+    /// The first column of the first row, "" when there is none.
+    std::string firstText(const char* sql) {
+        sqlite3_stmt* statement = nullptr;
+        std::string found;
+        if (sqlite3_prepare_v2(connection_, sql, -1, &statement, nullptr) == SQLITE_OK &&
+            sqlite3_step(statement) == SQLITE_ROW) {
+            const auto* text = sqlite3_column_text(statement, 0);
+            if (text != nullptr) found = reinterpret_cast<const char*>(text);
+        }
+        sqlite3_finalize(statement);
+        return found;
+    }
+    bool isValid(const char* sql) {
+        sqlite3_stmt* statement = nullptr;
+        const int result = sqlite3_prepare_v2(connection_, sql, -1, &statement, nullptr);
+        sqlite3_finalize(statement);
+        return result != SQLITE_ERROR;
+    }
+
     sqlite3* connection_ = nullptr;
 };
 
 }  // namespace
 
-FolderLock::FolderLock(const std::string& folder)
+FolderLock::FolderLock(const std::string& folder, std::chrono::milliseconds longest)
     : folder_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-    if (folder_ >= 0) ::flock(folder_, LOCK_EX);
+    const auto end = std::chrono::steady_clock::now() + longest;
+    if (folder_ < 0) failure_ = errno;
+    while (folder_ >= 0) {
+        failure_ = ::flock(folder_, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
+        const bool mayWait = failure_ == EWOULDBLOCK || failure_ == EINTR;
+        if (!mayWait || std::chrono::steady_clock::now() > end) break;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
 }
 
 FolderLock::~FolderLock() {
@@ -85,6 +117,7 @@ FolderLock::~FolderLock() {
 
 bool setAsideIfDamaged(const Place& place) {
     const FolderLock lock(place.folder);
+    if (lock.failure() != 0) return false;
     const std::string path = place.file();
     if (!exists(path)) return true;
     // Whoever has it open finds out, once the write lock is free again, that the file has moved.
@@ -101,9 +134,20 @@ bool setAsideIfDamaged(const Place& place) {
     return true;
 }
 
-void setOrphanedLogAside(const Place& place) {
+bool hasOrphanedLog(const Place& place) {
     const std::string path = place.file();
-    if (!exists(path) && exists(path + "-wal")) moveAside(path, freeName(path));
+    return sizeOf(path) == 0 && sizeOf(path + "-wal") != 0;
+}
+
+bool setOrphanedLogAside(const Place& place) {
+    const std::string path = place.file();
+    const std::string aside = freeName(path);
+    if (!moveAside(path, aside) || exists(path + "-wal")) return false;
+    std::fprintf(stderr,
+                 "orvane: of the registry database %s only the log was left. It is kept as %s-wal, "
+                 "and a new database is begun.\n",
+                 path.c_str(), aside.c_str());
+    return true;
 }
 
 }  // namespace orvane::store

@@ -15,10 +15,6 @@ static_assert(std::endian::native == std::endian::little, "texts are kept as lit
 
 namespace {
 
-// "Orva": the file is ours, whatever it is called.
-constexpr int kApplicationId = 0x4F727661;
-constexpr int kSchemaVersion = 1;
-
 // Numbers of keys are never used again: a handle of a key that was deleted must not become one of
 // another key. Sub-keys and values come in the order of their numbers, which is that of their
 // making. A key is found by its whole path in one step.
@@ -106,7 +102,8 @@ int systemError(sqlite3* connection, int result, int last) {
 
 bool Failure::isDamage() const {
     const int primary = result & 0xFF;
-    return primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB;
+    // The last is a statement that asks for a table that isn't there.
+    return primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB || primary == SQLITE_ERROR;
 }
 
 bool Failure::isContention() const {
@@ -127,6 +124,7 @@ bool Failure::isAboutTheFilesBeside() const {
 
 Code Failure::code() const {
     if (isNoRoom(system)) return kDiskFull;
+    if (system == EMFILE || system == ENFILE) return kTooManyOpenFiles;
     switch (result & 0xFF) {
     case SQLITE_FULL:
         return kDiskFull;
@@ -175,6 +173,9 @@ void Database::open(const std::string& path, Journal journal) {
         run("PRAGMA trusted_schema=OFF");
         prepareTables(journal);
         statements_.assign(kSql.size(), nullptr);
+        // A table that lacks is found now, not when a key is already open.
+        statement(Sql::findKey);
+        statement(Sql::getValue);
     } catch (...) {
         close(false);
         throw;
@@ -252,16 +253,38 @@ void Database::prepareTables(Journal journal) {
     }
     run(journal == Journal::log ? "PRAGMA synchronous=NORMAL" : "PRAGMA synchronous=FULL");
     if (version == 0) {
+        // Somebody else may be making the tables at this moment.
+        run("BEGIN");
+        version = ownVersion();
+        run("COMMIT");
+    }
+    if (version == 0) {
         if (isReadOnly()) fail(SQLITE_CANTOPEN);
         if (journal == Journal::log) useLog();
         run("BEGIN IMMEDIATE");
-        pragmaNumber(connection_, "PRAGMA user_version", version);
+        version = ownVersion();
         if (version == 0) run(kTables);
         run("COMMIT");
     }
     int application = kApplicationId;
     if (version != 0) pragmaNumber(connection_, "PRAGMA application_id", application);
     if (version > kSchemaVersion || application != kApplicationId) fail(SQLITE_MISUSE);
+}
+
+// A database without a version of ours that has a mark or tables is somebody else's.
+int Database::ownVersion() {
+    const auto number = [&](const char* sql) {
+        int found = 0;
+        const int result = pragmaNumber(connection_, sql, found);
+        if (result != SQLITE_OK) fail(result);
+        return found;
+    };
+    const int version = number("PRAGMA user_version");
+    if (version == 0 && (number("PRAGMA application_id") != 0 ||
+                         number("SELECT count(*) FROM sqlite_schema") != 0)) {
+        fail(SQLITE_MISUSE);
+    }
+    return version;
 }
 
 // The change of the journal doesn't wait for others by itself.

@@ -15,13 +15,20 @@ struct sqlite3_stmt;
 
 namespace orvane::store {
 
+/// "Orva": the file is ours, whatever it is called.
+inline constexpr int kApplicationId = 0x4F727661;
+inline constexpr int kSchemaVersion = 1;
+
+/// How long a call waits for other processes before it gives up.
+inline constexpr std::chrono::seconds kLongestWait{30};
+
 /// What went wrong in a database: its extended result, and the system's `errno` behind a failed
 /// access to a file.
 struct Failure {
     int result;
     int system;
 
-    /// The file is no database, or contradicts itself.
+    /// The file is no database, contradicts itself or lacks one of our tables.
     bool isDamage() const;
     /// Another process was in the way for as long as we wait, or for a moment that can't be waited
     /// out.
@@ -107,6 +114,7 @@ private:
     [[noreturn]] void fail(int result) const;
     sqlite3_stmt* statement(Sql sql);
     void prepareTables(Journal journal);
+    int ownVersion();
     void useLog();
     static int wait(void* self, int times);
 
@@ -143,8 +151,5 @@ private:
     sqlite3_stmt* statement_;
     int bound_ = 0;
 };
-
-/// How long a call waits for other processes before it gives up.
-inline constexpr std::chrono::seconds kLongestWait{30};
 
 }  // namespace orvane::store

@@ -18,6 +18,12 @@ Code codeOfErrno(int number) {
     case ENOSPC:
     case EDQUOT:
         return kDiskFull;
+    case EMFILE:
+    case ENFILE:
+        return kTooManyOpenFiles;
+    case EWOULDBLOCK:
+    case EINTR:
+        return kBusy;
     case ENOMEM:
         return kNoMemory;
     case EACCES:
@@ -354,10 +360,11 @@ bool Hive::makeReady(bool forWriting) {
     place_ = placeNow_();
     const bool isAbsent = place_.folder.empty() || ::access(place_.file().c_str(), F_OK) != 0;
     if (!forWriting && (isAbsent || isEmpty(place_.file()))) return false;
-    if (isAbsent) {
+    if (isAbsent || hasOrphanedLog(place_)) {
         if (const int failure = makeFolders(place_); failure != 0) throw Done{codeOfErrno(failure)};
         const FolderLock lock(place_.folder);
-        setOrphanedLogAside(place_);
+        if (const int failure = lock.failure(); failure != 0) throw Done{codeOfErrno(failure)};
+        if (hasOrphanedLog(place_) && !setOrphanedLogAside(place_)) throw Done{kAccessDenied};
         if (const int failure = makeFile(place_); failure != 0) throw Done{codeOfErrno(failure)};
     }
     cursor_ = {};
