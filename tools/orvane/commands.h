@@ -40,8 +40,8 @@ int runPictureConvert(Words words);
 /// file.
 int runPictureShow(Words words);
 
-/// `orvane gzip info [--json] FILES...`: a line for each gzip file with its header and sizes, or
-/// with the reason why it can't be read.
+/// `orvane gzip info [--json] FILES...`: a line for each gzip file with the library's verdict, its
+/// sizes and its header, or with the reason why it can't be read.
 int runGzipInfo(Words words);
 
 /// `orvane gzip cat FILE`: writes the data of a gzip file to the standard output.

@@ -75,7 +75,7 @@ int guardedRun(int argc, char** argv) {
     } catch (const std::bad_alloc&) {
         complain("out of memory");
     } catch (const std::length_error&) {
-        complain("out of memory");  // of an address space: a text as long as no text can be
+        complain("out of memory");  // a text that has no room in the address space
     } catch (const std::exception& error) {
         complain(error.what());
     }

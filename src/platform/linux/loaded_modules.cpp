@@ -53,12 +53,14 @@ std::string_view pathAt(std::string_view line, std::uintptr_t address) {
 std::string mappedFile(std::uintptr_t address) {
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> maps(std::fopen("/proc/self/maps", "re"),
                                                                std::fclose);
+    struct Line {
+        ~Line() { std::free(text); }
+        char* text = nullptr;
+        std::size_t room = 0;
+    } line;
     std::string path;
-    char* line = nullptr;
-    std::size_t room = 0;
-    while (maps != nullptr && path.empty() && ::getline(&line, &room, maps.get()) >= 0)
-        path = pathAt(line, address);
-    std::free(line);
+    while (maps != nullptr && path.empty() && ::getline(&line.text, &line.room, maps.get()) >= 0)
+        path = pathAt(line.text, address);
     return path;
 }
 
