@@ -152,6 +152,10 @@ std::string entryText(std::u16string_view valueName, std::u16string_view command
            "\nComment=" + valueText(utf8Text(valueName)) + "\nExec=" + execValue(words) + "\n";
 }
 
+std::string_view entryStart(Scope scope) {
+    return scope == Scope::user ? "orvane-user-" : "orvane-machine-";
+}
+
 std::string entryName(Scope scope, std::u16string_view foldedName) {
     constexpr std::size_t kLongest = 200;  // a file name has up to 255 bytes
     constexpr char kDigits[] = "0123456789abcdef";
@@ -174,7 +178,7 @@ std::string entryName(Scope scope, std::u16string_view foldedName) {
     if (text.size() > kLongest) {
         text = "_hash-" + nameHash(name);
     }
-    return (scope == Scope::user ? "orvane-user-" : "orvane-machine-") + text + ".desktop";
+    return std::string(entryStart(scope)) + text + ".desktop";
 }
 
 }  // namespace orvane::platform::autostart

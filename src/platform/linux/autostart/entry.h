@@ -32,6 +32,9 @@ std::string execValue(const std::vector<std::string>& words);
 std::string entryText(std::u16string_view valueName, std::u16string_view commandLine,
                       IsProgram isProgram);
 
+/// What the file names of a scope's entries begin with.
+std::string_view entryStart(Scope scope);
+
 /// The file name of the entry for a value. `foldedName` is the value's name as names are compared,
 /// so that every spelling of it has one file, and every other name another one. A value of the user
 /// and one of the machine are two programs to start, so their files have different names, too.

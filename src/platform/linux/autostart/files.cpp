@@ -3,13 +3,15 @@
 #include "platform/linux/errors.h"
 #include "platform/linux/make_folders.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <pwd.h>
 #include <string_view>
-#include <sys/random.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 #include <vector>
 
@@ -38,19 +40,18 @@ bool writeAll(int descriptor, std::string_view text) {
     return true;
 }
 
-/// A name beside `path` that no other process uses; the desktop takes only names that end in
-/// ".desktop" for entries.
-std::string nameBeside(const std::string& path) {
-    std::uint64_t number = 0;
-    if (::getrandom(&number, sizeof number, 0) != sizeof number) {
-        number = static_cast<std::uint64_t>(::getpid());
-    }
-    return path + "." + std::to_string(number) + ".new";
+// The desktop takes only names that end in ".desktop" for entries.
+constexpr std::string_view kNew = ".new";
+constexpr std::string_view kFormer = ".former";
+
+std::string beside(const std::string& path, std::string_view ending) {
+    return path + std::string(ending);
 }
 
-/// Puts a file with this text in the place of `path`, whole.
-ResultCode writeEntry(const std::string& path, std::string_view text) {
-    const std::string fresh = nameBeside(path);
+/// Puts a file with this text beside `path`, whole.
+ResultCode writeBeside(const std::string& path, std::string_view text) {
+    const std::string fresh = beside(path, kNew);
+    ::unlink(fresh.c_str());
     const int descriptor =
         ::open(fresh.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kReadByAll);
     if (descriptor < 0) {
@@ -64,10 +65,6 @@ ResultCode writeEntry(const std::string& path, std::string_view text) {
         good = false;
         error = errno;
     }
-    if (good && ::rename(fresh.c_str(), path.c_str()) != 0) {
-        good = false;
-        error = errno;
-    }
     if (good) {
         return ResultCode::success;
     }
@@ -75,27 +72,44 @@ ResultCode writeEntry(const std::string& path, std::string_view text) {
     return failure(error);
 }
 
-ResultCode removeEntry(const std::string& path) {
-    const bool gone = ::unlink(path.c_str()) == 0 || errno == ENOENT || errno == ENOTDIR;
-    return gone ? ResultCode::success : failure(errno);
+/// Moves an entry out of its place; `hadEntry` tells whether there was one.
+ResultCode moveAside(const std::string& path, bool& hadEntry) {
+    struct stat facts {};
+    hadEntry = false;
+    if (::lstat(path.c_str(), &facts) != 0) {
+        return errno == ENOENT || errno == ENOTDIR ? ResultCode::success : failure(errno);
+    }
+    if (S_ISDIR(facts.st_mode)) {
+        return failure(EISDIR);
+    }
+    if (::rename(path.c_str(), beside(path, kFormer).c_str()) != 0) {
+        return failure(errno);
+    }
+    hadEntry = true;
+    return ResultCode::success;
 }
 
-/// The text of a file; nothing when there is none.
-ResultCode readEntry(const std::string& path, std::optional<std::string>& text) {
+/// The text of a file; "" when there is none or it can't be read.
+std::string textIn(const std::string& path) {
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0) {
-        const bool absent = errno == ENOENT || errno == ENOTDIR;
-        return absent ? ResultCode::success : failure(errno);
+        return {};
     }
-    text.emplace();
+    std::string text;
     char buffer[4096];
     ssize_t read = 0;
     while ((read = ::read(descriptor, buffer, sizeof buffer)) > 0) {
-        text->append(buffer, static_cast<std::size_t>(read));
+        text.append(buffer, static_cast<std::size_t>(read));
     }
-    const int error = errno;
     ::close(descriptor);
-    return read == 0 ? ResultCode::success : failure(error);
+    return text;
+}
+
+/// The line of an entry that tells what it starts.
+std::string execLineOf(const std::string& text) {
+    const std::size_t start = text.find("\nExec=");
+    return start == std::string::npos ? std::string()
+                                      : text.substr(start, text.find('\n', start + 1) - start);
 }
 
 /// A folder that the environment names; none for a process with more rights than its user, whose
@@ -142,39 +156,101 @@ bool isProgram(const std::string& path) {
 }
 
 ResultCode Changes::apply() {
-    former_.reserve(changes_.size());
-    for (const Change& change : changes_) {
-        const std::string folder = entryFolder(change.scope);
-        if (folder.empty()) {
-            undo();
-            return ResultCode{kErrorPathNotFound};
-        }
-        Former former{folder + "/" + entryName(change.scope, change.foldedName), {}};
-        ResultCode code = readEntry(former.path, former.text);
-        if (code == ResultCode::success && change.text.empty()) {
-            code = former.text ? removeEntry(former.path) : ResultCode::success;
-        } else if (code == ResultCode::success) {
-            const int error =
-                makeFolders(folder, change.scope == Scope::user ? kFolderOfUser : kFolderOfMachine);
-            code = error == 0 ? writeEntry(former.path, change.text) : failure(error);
-        }
+    steps_.reserve(changes_.size());
+    for (auto change = changes_.begin(); change != changes_.end(); ++change) {
+        const bool isLast = std::none_of(change + 1, changes_.end(), [&](const Change& other) {
+            return other.scope == change->scope && other.foldedName == change->foldedName;
+        });
+        const ResultCode code = isLast ? make(*change) : ResultCode::success;
         if (code != ResultCode::success) {
             undo();
             return code;
         }
-        former_.push_back(std::move(former));
     }
     return ResultCode::success;
 }
 
-void Changes::undo() {
-    for (; !former_.empty(); former_.pop_back()) {
-        const Former& former = former_.back();
-        if (former.text) {
-            writeEntry(former.path, *former.text);
-        } else {
-            removeEntry(former.path);
+ResultCode Changes::make(const Change& change) {
+    const std::string folder = entryFolder(change.scope);
+    if (folder.empty()) {
+        return ResultCode{kErrorPathNotFound};
+    }
+    const std::string path = folder + "/" + entryName(change.scope, change.foldedName);
+    if (!change.text.empty()) {
+        const mode_t mode = change.scope == Scope::user ? kFolderOfUser : kFolderOfMachine;
+        if (const int error = makeFolders(folder, mode); error != 0) {
+            return failure(error);
         }
+        const ResultCode code = writeBeside(path, change.text);
+        if (code != ResultCode::success) {
+            return code;
+        }
+    }
+    bool hadEntry = false;
+    ResultCode code = moveAside(path, hadEntry);
+    if (code == ResultCode::success) {
+        steps_.push_back({path, hadEntry});
+        const bool isMade =
+            change.text.empty() || ::rename(beside(path, kNew).c_str(), path.c_str()) == 0;
+        code = isMade ? ResultCode::success : failure(errno);
+    }
+    if (code != ResultCode::success) {
+        ::unlink(beside(path, kNew).c_str());
+    }
+    return code;
+}
+
+void Changes::undo() {
+    for (; !steps_.empty(); steps_.pop_back()) {
+        const Step& step = steps_.back();
+        if (step.hadEntry) {
+            ::rename(beside(step.path, kFormer).c_str(), step.path.c_str());
+        } else {
+            ::unlink(step.path.c_str());
+        }
+    }
+}
+
+void Changes::settle() {
+    for (; !steps_.empty(); steps_.pop_back()) {
+        ::unlink(beside(steps_.back().path, kFormer).c_str());
+    }
+}
+
+std::vector<std::string> interruptedEntries(Scope scope) {
+    const std::string folder = entryFolder(scope);
+    const std::string_view start = entryStart(scope);
+    std::vector<std::string> names;
+    std::error_code ignored;
+    for (std::filesystem::directory_iterator file(folder, ignored), end; !ignored && file != end;
+         file.increment(ignored)) {
+        const std::string name = file->path().filename();
+        if (!name.starts_with(start)) {
+            continue;
+        }
+        if (name.ends_with(kNew)) {
+            ::unlink(file->path().c_str());
+        } else if (name.ends_with(kFormer)) {
+            names.push_back(name.substr(0, name.size() - kFormer.size()));
+        }
+    }
+    return names;
+}
+
+void settleInterrupted(Scope scope, const std::string& entryName, const std::string& text) {
+    const std::string path = entryFolder(scope) + "/" + entryName;
+    const std::string former = beside(path, kFormer);
+    // Users change entries, too, but not what they start.
+    const std::string start = execLineOf(text);
+    const bool isDone = text.empty() || execLineOf(textIn(path)) == start;
+    if (!isDone && execLineOf(textIn(former)) == start) {
+        ::rename(former.c_str(), path.c_str());
+        return;
+    }
+    const bool isMade = isDone || (writeBeside(path, text) == ResultCode::success &&
+                                   ::rename(beside(path, kNew).c_str(), path.c_str()) == 0);
+    if (isMade) {
+        ::unlink(former.c_str());
     }
 }
 

@@ -4,6 +4,7 @@
 #include "platform/linux/registry_texts.h"
 #include "platform/registry.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -125,22 +126,101 @@ std::u16string commandLine(std::uint32_t type, const std::uint8_t* data, std::si
 
 using Code = std::uint32_t;
 
+template <class Body>
+Code guarded(Body&& body) {
+    try {
+        return body();
+    } catch (const std::bad_alloc&) {
+        return kErrorNotEnoughMemory;
+    }
+}
+
+struct RunValue {
+    std::u16string name;
+    std::u16string commandLine;
+};
+
+/// Hands all values under the run key of a root to a function.
+template <class Function>
+Code forEachValue(std::int32_t root, Function&& function) {
+    registry::RegistryName path;
+    registry::keyPath(kRunKey, path);
+    const OrvaneStoreKey base{root, 0, nullptr, 0};
+    const auto units = [](const std::u16string& text) {
+        return reinterpret_cast<const std::uint16_t*>(text.data());
+    };
+    const OrvaneStoreName name{units(path.spelled), units(path.folded),
+                               static_cast<std::uint32_t>(path.folded.size())};
+    OrvaneStoreKey key{root, 0, name.folded, name.units};
+    if (const Code code = values.open(&base, &name, 0, &key.id); code != kErrorSuccess) {
+        return code == kErrorFileNotFound ? kErrorSuccess : code;
+    }
+    RunValue found;
+    const OrvaneStoreTake take = [](void* context, const std::uint16_t* spelled,
+                                    std::uint32_t count, std::uint32_t type,
+                                    const std::uint8_t* data, std::size_t size) {
+        *static_cast<RunValue*>(context) = {std::u16string(view(spelled, count)),
+                                            commandLine(type, data, size)};
+    };
+    for (std::uint32_t index = 0;; ++index) {
+        const Code code = values.value(&key, index, 1, take, &found);
+        if (code != kErrorSuccess) {
+            return code == kErrorNoMoreItems ? kErrorSuccess : code;
+        }
+        function(std::as_const(found));
+    }
+}
+
+/// Ends the changes of a root's entries in the middle of which a process was killed: each becomes
+/// what goes with the value that is stored. Those that are changed now become that in any case.
+Code settleInterrupted(std::int32_t root, const std::vector<Change>& changes) {
+    const Scope scope = scopeOf(root);
+    std::vector<std::string> names = interruptedEntries(scope);
+    for (const Change& change : changes) {
+        if (change.scope == scope) {
+            std::erase(names, entryName(scope, change.foldedName));
+        }
+    }
+    if (names.empty()) {
+        return kErrorSuccess;
+    }
+    const Code code = forEachValue(root, [&](const RunValue& value) {
+        const std::string name = entryName(scope, registry::valueName(value.name).folded);
+        if (std::erase(names, name) != 0) {
+            settleInterrupted(scope, name, entryText(value.name, value.commandLine, isProgram));
+        }
+    });
+    if (code == kErrorSuccess) {
+        for (const std::string& name : names) {
+            settleInterrupted(scope, name, {});
+        }
+    }
+    return code;
+}
+
 /// Makes the changes of entries and ends the transaction of the values, with success only when both
 /// are done.
 Code commitWith(std::vector<Change> changes) {
+    Code code = kErrorSuccess;
+    for (const std::int32_t root : {ORVANE_STORE_USER, ORVANE_STORE_MACHINE}) {
+        const bool isChanged = std::ranges::any_of(
+            changes, [&](const Change& change) { return change.scope == scopeOf(root); });
+        if (isChanged && code == kErrorSuccess) {
+            code = guarded([&] { return settleInterrupted(root, changes); });
+        }
+    }
     Changes entries(std::move(changes));
-    Code code = kErrorNotEnoughMemory;
-    try {
-        code = static_cast<Code>(entries.apply());
-    } catch (const std::bad_alloc&) {
-        // The transaction ends all the same.
+    if (code == kErrorSuccess) {
+        code = guarded([&] { return static_cast<Code>(entries.apply()); });
     }
     if (code == kErrorSuccess) {
         code = values.commit();
     } else {
         values.rollback();
     }
-    if (code != kErrorSuccess) {
+    if (code == kErrorSuccess) {
+        entries.settle();
+    } else {
         entries.undo();
     }
     return code;
@@ -174,15 +254,6 @@ Code together(Action&& change) {
     return commitWith(std::move(changes));
 }
 
-template <class Body>
-Code guarded(Body&& body) {
-    try {
-        return body();
-    } catch (const std::bad_alloc&) {
-        return kErrorNotEnoughMemory;
-    }
-}
-
 Code set(const OrvaneStoreKey* key, const OrvaneStoreName* name, std::uint32_t type,
          const std::uint8_t* data, std::size_t size) {
     if (!isRunKey(*key)) {
@@ -198,54 +269,45 @@ Code set(const OrvaneStoreKey* key, const OrvaneStoreName* name, std::uint32_t t
     });
 }
 
+// Where there is no value, an entry may have been left by a process that was killed before it could
+// commit the value. It goes; the answer is that there was no value.
 Code deleteValue(const OrvaneStoreKey* key, const OrvaneStoreName* name) {
     if (!isRunKey(*key)) {
         return values.deleteValue(key, name);
     }
     return guarded([&] {
-        return together([&](std::vector<Change>& changes) {
+        bool isAbsent = false;
+        const Code code = together([&](std::vector<Change>& changes) {
+            if (const Code failure = values.claim(key->root); failure != kErrorSuccess) {
+                return failure;
+            }
             changes.push_back(
                 {scopeOf(key->root), std::u16string(view(name->folded, name->units)), {}});
-            return values.deleteValue(key, name);
+            const Code deleted = values.deleteValue(key, name);
+            isAbsent = deleted == kErrorFileNotFound;
+            return isAbsent ? kErrorSuccess : deleted;
         });
+        return isAbsent ? kErrorFileNotFound : code;
     });
 }
 
 /// Adds the removal of the entries of all values under the run key of a root.
 Code removeAll(std::int32_t root, std::vector<Change>& changes) {
-    registry::RegistryName path;
-    registry::keyPath(kRunKey, path);
-    const OrvaneStoreKey base{root, 0, nullptr, 0};
-    const auto units = [](const std::u16string& text) {
-        return reinterpret_cast<const std::uint16_t*>(text.data());
-    };
-    const OrvaneStoreName name{units(path.spelled), units(path.folded),
-                               static_cast<std::uint32_t>(path.folded.size())};
-    OrvaneStoreKey key{root, 0, name.folded, name.units};
-    if (const Code code = values.open(&base, &name, 0, &key.id); code != kErrorSuccess) {
-        return code == kErrorFileNotFound ? kErrorSuccess : code;
-    }
-    std::u16string found;
-    const OrvaneStoreTake take = [](void* context, const std::uint16_t* spelled,
-                                    std::uint32_t count, std::uint32_t, const std::uint8_t*,
-                                    std::size_t) {
-        *static_cast<std::u16string*>(context) = view(spelled, count);
-    };
-    for (std::uint32_t index = 0;; ++index) {
-        const Code code = values.value(&key, index, 0, take, &found);
-        if (code != kErrorSuccess) {
-            return code == kErrorNoMoreItems ? kErrorSuccess : code;
-        }
-        changes.push_back({scopeOf(root), registry::valueName(found).folded, {}});
-    }
+    return forEachValue(root, [&](const RunValue& value) {
+        changes.push_back({scopeOf(root), registry::valueName(value.name).folded, {}});
+    });
 }
 
-/// Deletes keys, and with the run key the entries of its values.
+/// Deletes keys, and with the run key the entries of its values: of all, so nobody may add one from
+/// the moment in which they are listed.
 template <class Delete>
 Code deleteKeys(std::int32_t root, Delete&& deletion) {
     return guarded([&] {
         return together([&](std::vector<Change>& changes) {
-            const Code code = removeAll(root, changes);
+            Code code = values.claim(root);
+            if (code == kErrorSuccess) {
+                code = removeAll(root, changes);
+            }
             return code == kErrorSuccess ? deletion() : code;
         });
     });

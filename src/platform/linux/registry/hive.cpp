@@ -197,6 +197,13 @@ Code Hive::deleteTree(const KeyPlace& base, std::u16string_view path) {
     });
 }
 
+Code Hive::claim() {
+    return attempt([&] {
+        if (!makeReady(false) || database_.isReadOnly()) return kSuccess;
+        return inOneTransaction([] { return kSuccess; });
+    });
+}
+
 Code Hive::moment(Moment& now) {
     now = {};
     const Code code = read([&] {

@@ -88,6 +88,8 @@ public:
 
     /// From here on changes are part of one transaction.
     void begin() { inTransaction_ = true; }
+    /// Takes the right to write for the rest of a transaction.
+    Code claim();
     /// A transaction that failed in the middle is undone: all its further calls and its commit give
     /// 6701.
     Code commit();

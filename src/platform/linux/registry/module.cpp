@@ -265,6 +265,13 @@ std::uint32_t rollback() {
     return endTransaction(inTransactionOf.letGo(), false);
 }
 
+std::uint32_t claim(std::int32_t root) {
+    return guarded([&](Store& all) {
+        if (root != ORVANE_STORE_USER && root != ORVANE_STORE_MACHINE) return kSuccess;
+        return (root == ORVANE_STORE_USER ? all.user : all.machine).claim();
+    });
+}
+
 void closeAll() {
     guarded([](Store& all) {
         if (inTransactionOf.is(&all)) return kTransactionExists;
@@ -274,10 +281,22 @@ void closeAll() {
     });
 }
 
-constexpr OrvaneStoreTable kTable{
-    ORVANE_STORE_VERSION, openKey,     createKey, query,    setValue,
-    deleteValue,          information, subKey,    value,    deleteEmpty,
-    deleteTree,           begin,       commit,    rollback, closeAll};
+constexpr OrvaneStoreTable kTable{ORVANE_STORE_VERSION,
+                                  openKey,
+                                  createKey,
+                                  query,
+                                  setValue,
+                                  deleteValue,
+                                  information,
+                                  subKey,
+                                  value,
+                                  deleteEmpty,
+                                  deleteTree,
+                                  begin,
+                                  commit,
+                                  rollback,
+                                  claim,
+                                  closeAll};
 
 // A forked child shares its parent's idea of the locks on a file, and holds none of them: a
 // database that is open then would be damaged sooner or later. So no fork finds one open: both

@@ -15,7 +15,7 @@ extern "C" {
 #endif
 
 /// Grows whenever anything below changes; a caller refuses any other value.
-#define ORVANE_STORE_VERSION 2u
+#define ORVANE_STORE_VERSION 3u
 
 /// Name of the one exported function, for dlsym.
 #define ORVANE_STORE_ENTRY "orvaneRegistryStore"
@@ -92,6 +92,10 @@ typedef struct OrvaneStoreTable {
     uint32_t (*begin)(void);
     uint32_t (*commit)(void);
     uint32_t (*rollback)(void);
+    /// Within a transaction: from here to its end nobody else changes a root, so that what is found
+    /// there, or isn't, stays so. Does nothing in a root that isn't there or that this user may not
+    /// change.
+    uint32_t (*claim)(int32_t root);
 
     /// Closes the databases. The next call opens them again, where the environment says then.
     void (*close)(void);

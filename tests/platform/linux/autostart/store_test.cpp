@@ -10,14 +10,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <map>
 #include <sstream>
 #include <string>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace orvane::platform::autostart {
@@ -36,6 +40,8 @@ struct FakeStore {
     Values values;  ///< texts by root and folded path with the value's name behind it
     Values before;
     bool open = false;
+    /// Runs in the moment of a commit, before anything of it lasts.
+    std::function<void()> beforeCommit;
     std::vector<std::string> calls;
     std::string failing;
 
@@ -95,12 +101,13 @@ std::uint32_t fakeValue(const OrvaneStoreKey* key, std::uint32_t index, int, Orv
                         void* context) {
     if (const auto code = fake.call("value")) return code;
     const std::u16string path = text(key->path, key->units) + u'\\';
-    for (const auto& [where, unused] : fake.values) {
+    for (const auto& [where, line] : fake.values) {
         if (where.first != key->root || !where.second.starts_with(path)) continue;
         if (index-- != 0) continue;
         const std::u16string name = where.second.substr(path.size());
         take(context, reinterpret_cast<const std::uint16_t*>(name.data()),
-             static_cast<std::uint32_t>(name.size()), kRegSz, nullptr, 0);
+             static_cast<std::uint32_t>(name.size()), kRegSz,
+             reinterpret_cast<const std::uint8_t*>(line.data()), line.size() * 2);
         return 0;
     }
     return kErrorNoMoreItems;
@@ -113,6 +120,7 @@ std::uint32_t fakeBegin() {
     return 0;
 }
 std::uint32_t fakeCommit() {
+    if (fake.beforeCommit) fake.beforeCommit();
     const auto code = fake.call("commit");
     if (code != 0) fake.values = fake.before;
     fake.open = false;
@@ -122,6 +130,11 @@ std::uint32_t fakeRollback() {
     fake.values = fake.before;
     fake.open = false;
     return fake.call("rollback");
+}
+
+std::uint32_t fakeClaim(std::int32_t) {
+    EXPECT_TRUE(fake.open);
+    return fake.call("claim");
 }
 
 const OrvaneStoreTable* theStore() {
@@ -137,6 +150,7 @@ const OrvaneStoreTable* theStore() {
         made.begin = fakeBegin;
         made.commit = fakeCommit;
         made.rollback = fakeRollback;
+        made.claim = fakeClaim;
         return made;
     }();
     return withEntries(table);
@@ -325,7 +339,7 @@ TEST_F(AutostartStore, ValueThatCannotBeWrittenLeavesTheEntryAsItWas) {
 
 TEST_F(AutostartStore, ValueThatCannotBeDeletedKeepsItsEntry) {
     set(u"App", u"first");
-    for (const char* failing : {"begin", "deleteValue", "commit"}) {
+    for (const char* failing : {"begin", "claim", "deleteValue", "commit"}) {
         fake.failing = failing;
         EXPECT_EQ(remove(u"App"), kSomeFailure) << failing;
         EXPECT_THAT(entry("orvane-user-app.desktop"), HasSubstr("Exec=first\n")) << failing;
@@ -369,12 +383,169 @@ TEST_F(AutostartStore, DeletingOtherKeysLeavesEntries) {
 TEST_F(AutostartStore, KeyThatCannotBeDeletedKeepsItsEntries) {
     set(u"A", u"x");
     set(u"B", u"y");
-    for (const char* failing : {"begin", "open", "value", "deleteTree", "commit"}) {
+    for (const char* failing : {"begin", "claim", "open", "value", "deleteTree", "commit"}) {
         fake.failing = failing;
         EXPECT_EQ(removeTree(u"", u"Software"), kSomeFailure) << failing;
         EXPECT_EQ(entries().size(), 2U) << failing;
         EXPECT_EQ(fake.values.size(), 2U) << failing;
     }
+}
+
+/// Between the list and the deletion another process could add a value.
+TEST_F(AutostartStore, ValuesAreListedWhenNobodyElseCanAddOne) {
+    set(u"A", u"x");
+    fake.calls.clear();
+    EXPECT_EQ(removeTree(u"", u"Software"), 0U);
+    EXPECT_THAT(fake.calls,
+                ElementsAre("begin", "claim", "open", "value", "value", "deleteTree", "commit"));
+}
+
+TEST_F(AutostartStore, EntryThatAUserChangedComesBackAsItWas) {
+    set(u"App", u"first");
+    std::ofstream(folder("user") / "orvane-user-app.desktop", std::ios::app) << "Hidden=true\n";
+    const std::string changed = entry("orvane-user-app.desktop");
+    fake.failing = "commit";
+    EXPECT_EQ(remove(u"App"), kSomeFailure);
+    EXPECT_EQ(entry("orvane-user-app.desktop"), changed);
+    EXPECT_EQ(set(u"App", u"second"), kSomeFailure);
+    EXPECT_EQ(entry("orvane-user-app.desktop"), changed);
+    EXPECT_THAT(entries(), ElementsAre("orvane-user-app.desktop"));
+}
+
+TEST_F(AutostartStore, EntryIsOutOfItsPlaceUntilTheCommitAndThenGone) {
+    set(u"App", u"first");
+    fake.beforeCommit = [&] {
+        EXPECT_THAT(entries(), ElementsAre("orvane-user-app.desktop.former"));
+    };
+    EXPECT_EQ(remove(u"App"), 0U);
+    EXPECT_THAT(entries(), IsEmpty());
+}
+
+TEST_F(AutostartStore, DirectoryInThePlaceOfAnEntryKeepsTheValue) {
+    set(u"App", u"first");
+    fs::remove(folder("user") / "orvane-user-app.desktop");
+    fs::create_directory(folder("user") / "orvane-user-app.desktop");
+    EXPECT_NE(remove(u"App"), 0U);
+    EXPECT_EQ(fake.values.size(), 1U);
+    EXPECT_THAT(entries(), ElementsAre("orvane-user-app.desktop"));
+}
+
+TEST_F(AutostartStore, EntryChangedTwiceInATransactionComesBackAsItWas) {
+    set(u"App", u"first");
+    theStore()->begin();
+    set(u"App", u"second");
+    remove(u"App");
+    set(u"App", u"third");
+    fake.failing = "commit";
+    EXPECT_EQ(theStore()->commit(), kSomeFailure);
+    EXPECT_THAT(entries(), ElementsAre("orvane-user-app.desktop"));
+    EXPECT_THAT(entry("orvane-user-app.desktop"), HasSubstr("Exec=first\n"));
+}
+
+// What a process leaves that is killed in the moment of its commit. The fake's values of the parent
+// are those that last.
+
+struct KilledAutostartStore : AutostartStore {
+    template <class Body>
+    void killedAtItsCommit(Body&& body) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            fake.beforeCommit = [] { ::raise(SIGKILL); };
+            body();
+            ::_exit(0);
+        }
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        ASSERT_TRUE(WIFSIGNALED(status));
+    }
+    /// What was stored when the process was killed after its commit.
+    static void storeApp(const char16_t* line) {
+        for (auto& [where, text] : fake.values) {
+            if (where.second.ends_with(u"APP")) text = line;
+        }
+    }
+};
+
+TEST_F(KilledAutostartStore, EntryWithoutItsValueGoesWithTheNextDeletion) {
+    killedAtItsCommit([&] { set(u"App", u"x"); });
+    EXPECT_THAT(entries(), ElementsAre("orvane-user-app.desktop"));
+    EXPECT_EQ(remove(u"App"), kErrorFileNotFound);
+    EXPECT_THAT(entries(), IsEmpty());
+}
+
+TEST_F(KilledAutostartStore, EntryWithoutItsValueIsReplacedByTheNextWrite) {
+    killedAtItsCommit([&] { set(u"App", u"x"); });
+    EXPECT_EQ(set(u"App", u"y"), 0U);
+    EXPECT_THAT(entries(), ElementsAre("orvane-user-app.desktop"));
+    EXPECT_THAT(entry("orvane-user-app.desktop"), HasSubstr("Exec=y\n"));
+}
+
+TEST_F(KilledAutostartStore, EntryWithoutItsValueGoesWithATransaction) {
+    killedAtItsCommit([&] { set(u"App", u"x"); });
+    theStore()->begin();
+    EXPECT_EQ(remove(u"App"), kErrorFileNotFound);
+    EXPECT_THAT(entries(), ElementsAre("orvane-user-app.desktop"));
+    EXPECT_EQ(theStore()->commit(), 0U);
+    EXPECT_THAT(entries(), IsEmpty());
+}
+
+TEST_F(KilledAutostartStore, EntryOfAValueThatWasNotDeletedComesBack) {
+    set(u"App", u"x");
+    killedAtItsCommit([&] { remove(u"App"); });
+    EXPECT_THAT(entries(), ElementsAre("orvane-user-app.desktop.former"));
+    EXPECT_EQ(set(u"Other", u"y"), 0U);
+    EXPECT_THAT(entries(), ElementsAre("orvane-user-app.desktop", "orvane-user-other.desktop"));
+    EXPECT_THAT(entry("orvane-user-app.desktop"), HasSubstr("Exec=x\n"));
+}
+
+TEST_F(KilledAutostartStore, ValueThatWasNotDeletedCanBeWrittenAndDeleted) {
+    set(u"App", u"x");
+    killedAtItsCommit([&] { remove(u"App"); });
+    EXPECT_EQ(set(u"App", u"y"), 0U);
+    EXPECT_THAT(entries(), ElementsAre("orvane-user-app.desktop"));
+    killedAtItsCommit([&] { remove(u"App"); });
+    EXPECT_EQ(remove(u"App"), 0U);
+    EXPECT_THAT(entries(), IsEmpty());
+}
+
+TEST_F(KilledAutostartStore, EntryOfAValueThatWasNotReplacedComesBack) {
+    set(u"App", u"first");
+    killedAtItsCommit([&] { set(u"App", u"second"); });
+    EXPECT_THAT(entries(),
+                ElementsAre("orvane-user-app.desktop", "orvane-user-app.desktop.former"));
+    EXPECT_EQ(set(u"Other", u"y"), 0U);
+    EXPECT_THAT(entries(), ElementsAre("orvane-user-app.desktop", "orvane-user-other.desktop"));
+    EXPECT_THAT(entry("orvane-user-app.desktop"), HasSubstr("Exec=first\n"));
+}
+
+TEST_F(KilledAutostartStore, WhatACommittedChangeLeftIsClearedUp) {
+    set(u"App", u"first");
+    killedAtItsCommit([&] { set(u"App", u"second"); });
+    storeApp(u"second");
+    EXPECT_EQ(set(u"Other", u"y"), 0U);
+    EXPECT_THAT(entries(), ElementsAre("orvane-user-app.desktop", "orvane-user-other.desktop"));
+    EXPECT_THAT(entry("orvane-user-app.desktop"), HasSubstr("Exec=second\n"));
+    killedAtItsCommit([&] { set(u"App", u"third"); });
+    storeApp(u"fourth");
+    EXPECT_EQ(set(u"Other", u"y"), 0U);
+    EXPECT_THAT(entries(), ElementsAre("orvane-user-app.desktop", "orvane-user-other.desktop"));
+    EXPECT_THAT(entry("orvane-user-app.desktop"), HasSubstr("Exec=fourth\n"));
+    killedAtItsCommit([&] { remove(u"App"); });
+    std::erase_if(fake.values,
+                  [](const auto& value) { return value.first.second.ends_with(u"APP"); });
+    std::ofstream(folder("user") / "orvane-user-app.desktop.new") << "half";
+    EXPECT_EQ(remove(u"Other"), 0U);
+    EXPECT_THAT(entries(), IsEmpty());
+}
+
+TEST_F(KilledAutostartStore, FilesOfOthersStay) {
+    fs::create_directories(folder("user"));
+    for (const char* name :
+         {"app.desktop.former", "app.desktop.new", "orvane-machine-a.desktop.new"})
+        std::ofstream(folder("user") / name) << "theirs";
+    EXPECT_EQ(set(u"A", u"x"), 0U);
+    EXPECT_EQ(remove(u"A"), 0U);
+    EXPECT_EQ(entries().size(), 3U);
 }
 
 TEST_F(AutostartStore, EntriesOfATransactionWaitForItsCommit) {
@@ -385,7 +556,7 @@ TEST_F(AutostartStore, EntriesOfATransactionWaitForItsCommit) {
     EXPECT_THAT(entries(), IsEmpty());
     EXPECT_EQ(theStore()->commit(), 0U);
     EXPECT_THAT(entries(), ElementsAre("orvane-user-a.desktop"));
-    EXPECT_THAT(fake.calls, ElementsAre("begin", "set", "set", "deleteValue", "commit"));
+    EXPECT_THAT(fake.calls, ElementsAre("begin", "set", "set", "claim", "deleteValue", "commit"));
 }
 
 TEST_F(AutostartStore, EntriesOfARolledBackTransactionAreNotMade) {
