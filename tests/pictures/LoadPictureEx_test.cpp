@@ -16,6 +16,12 @@
 
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
 namespace orvane {
 namespace {
 
@@ -73,6 +79,17 @@ TEST_F(LoadPicture, OfAnEmptyNameCreatesNoInfo) {
     EXPECT_FALSE(LoadPictureEx({}, info_).isNothing());
     EXPECT_FALSE(info_);
 }
+
+#ifndef _WIN32  // there pipes have no names in folders
+TEST_F(LoadPicture, OfAPipeWithAnIdleWriterIsRefusedByAllReadersAtOnce) {
+    const std::string name = dir_.file("pipe");
+    ASSERT_EQ(::mkfifo(name.c_str(), 0600), 0);
+    const int writer = ::open(name.c_str(), O_RDWR);
+    EXPECT_EQ(raisedBy([&] { LoadPictureEx(fromAnsi(name), info_); }), error::kInvalidPicture);
+    EXPECT_EQ(info_->PictureType(), Type::orvPteNothing);
+    ::close(writer);
+}
+#endif
 
 TEST_F(LoadPicture, OfAnEmptyNameIsANewOneEachTime) {
     EXPECT_FALSE(LoadPictureEx(u"", info_).is(LoadPictureEx(u"", info_)));

@@ -36,7 +36,7 @@ struct File {
     int descriptor = -1;
     std::uint32_t access = 0;
     std::int64_t position = 0;
-    bool seekable = true;  ///< false: a pipe or a terminal, read and written in its own order
+    bool seekable = true;  ///< false: a pipe or a terminal, written in its own order
 };
 
 bool allows(const File& file, FileAccess access) {
@@ -78,8 +78,12 @@ int prepare(File& file) {
     if (S_ISDIR(facts.st_mode)) {
         return EISDIR;
     }
+    // Reading a pipe or a device may never end.
+    if (allows(file, FileAccess::read) && !S_ISREG(facts.st_mode)) {
+        return EACCES;
+    }
     file.seekable = ::lseek(file.descriptor, 0, SEEK_CUR) >= 0;
-    // Opening must not wait for the other end of a pipe, reading may.
+    // Opening must not wait for the other end of a pipe, writing may.
     const int flags = ::fcntl(file.descriptor, F_GETFL);
     if (flags < 0 || ::fcntl(file.descriptor, F_SETFL, flags & ~O_NONBLOCK) < 0) {
         return errno;
@@ -90,7 +94,7 @@ int prepare(File& file) {
 /// Repeats `step(done)`, which moves some bytes and gives their number as `read` does, until `size`
 /// bytes are moved, nothing more comes or it fails; the bytes moved. `failure` gets its `errno`.
 template <class Step>
-std::uint32_t moveAll(std::size_t size, bool once, int& failure, Step step) {
+std::uint32_t moveAll(std::size_t size, int& failure, Step step) {
     size = std::min<std::size_t>(size, std::numeric_limits<std::uint32_t>::max());
     std::size_t done = 0;
     failure = 0;
@@ -106,9 +110,6 @@ std::uint32_t moveAll(std::size_t size, bool once, int& failure, Step step) {
             break;
         }
         done += static_cast<std::size_t>(moved);
-        if (once) {
-            break;
-        }
     }
     return static_cast<std::uint32_t>(done);
 }
@@ -153,13 +154,10 @@ bool readFile(FileHandle handle, std::span<std::uint8_t> buffer, std::uint32_t& 
         return failWith(kErrorAccessDenied, false);
     }
     int failure = 0;
-    read =
-        moveAll(buffer.size(), !file->seekable, failure, [&](std::size_t done, std::size_t left) {
-            std::uint8_t* to = buffer.data() + done;
-            return file->seekable ? ::pread(file->descriptor, to, left,
-                                            file->position + static_cast<std::int64_t>(done))
-                                  : ::read(file->descriptor, to, left);
-        });
+    read = moveAll(buffer.size(), failure, [&](std::size_t done, std::size_t left) {
+        return ::pread(file->descriptor, buffer.data() + done, left,
+                       file->position + static_cast<std::int64_t>(done));
+    });
     file->position += read;
     return failure == 0 || failWith(errorFromErrno(failure), false);
 }
@@ -175,7 +173,7 @@ bool writeFile(FileHandle handle, std::span<const std::uint8_t> data, std::uint3
         return failWith(kErrorAccessDenied, false);
     }
     int failure = 0;
-    written = moveAll(data.size(), false, failure, [&](std::size_t done, std::size_t left) {
+    written = moveAll(data.size(), failure, [&](std::size_t done, std::size_t left) {
         const std::uint8_t* from = data.data() + done;
         return writeQuietly([&] {
             return file->seekable ? ::pwrite(file->descriptor, from, left,

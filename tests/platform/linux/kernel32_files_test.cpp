@@ -46,19 +46,39 @@ TEST_F(LinuxFilesTest, DescriptorsAreClosedWithTheirHandles) {
     EXPECT_EQ(before, after);
 }
 
-TEST_F(LinuxFilesTest, OpeningAPipeDoesNotWait) {
+TEST_F(LinuxFilesTest, PipesAndDevicesAreRefusedToReaders) {
+    const std::string pipe = dir_.file("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const auto error = [](const std::string& name, FileAccess access) {
+        setLastError(kErrorSuccess);
+        EXPECT_EQ(kernel32.CreateFileA(name, access, FileDisposition::openExisting),
+                  FileHandle::none);
+        return lastError();
+    };
+    EXPECT_EQ(error(pipe, FileAccess::read), kErrorAccessDenied) << "without a writer";
+    EXPECT_EQ(error(pipe, FileAccess::readWrite), kErrorAccessDenied);
+    const int writer = ::open(pipe.c_str(), O_RDWR);
+    EXPECT_EQ(error(pipe, FileAccess::read), kErrorAccessDenied) << "with one that is idle";
+    ::close(writer);
+    EXPECT_EQ(error("/dev/zero", FileAccess::read), kErrorAccessDenied);
+}
+
+TEST_F(LinuxFilesTest, APipeThatIsWrittenHasNoPositionAndNoSize) {
     const std::string name = dir_.file("pipe");
     ASSERT_EQ(::mkfifo(name.c_str(), 0600), 0);
-    const FileHandle pipe = open(name);
+    const int reader = ::open(name.c_str(), O_RDONLY | O_NONBLOCK);
+    const FileHandle pipe =
+        kernel32.CreateFileA(name, FileAccess::write, FileDisposition::openExisting);
     ASSERT_NE(pipe, FileHandle::none);
-    std::array<std::uint8_t, 4> block{};
-    std::uint32_t read = 9;
-    EXPECT_TRUE(kernel32.ReadFile(pipe, block, read));
-    EXPECT_EQ(read, 0u);
+    std::array<std::uint8_t, 4> block{1, 2, 3, 4};
+    std::uint32_t written = 0;
+    EXPECT_TRUE(kernel32.WriteFile(pipe, block, written));
+    EXPECT_EQ(written, 4u);
     EXPECT_FALSE(kernel32.SetFilePointer(pipe, 0));
     EXPECT_EQ(lastError(), kErrorSeek);
     EXPECT_EQ(kernel32.GetFileSize(pipe), -1);
     EXPECT_TRUE(kernel32.CloseHandle(pipe));
+    ::close(reader);
 }
 
 TEST_F(LinuxFilesTest, TooManyOpenFilesIs4) {
