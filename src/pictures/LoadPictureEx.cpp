@@ -12,11 +12,12 @@ namespace orvane {
 namespace {
 
 // A name that was just made is written to a file that must be new: nobody else's file or link is
-// followed.
+// followed. Some systems tell only at the close that a file couldn't be written.
 void WriteTempFile(WStringView path, const Array<std::uint8_t>& data) {
     platform::kernel32.DeleteFileA(toAnsi(path));
     BinaryFile file(path, FileMode::createNew);
     file.put(data.elements());
+    file.close();
 }
 
 }  // namespace

@@ -172,6 +172,21 @@ TEST_F(ResPicture, PassesAWriteErrorOnAndLeavesTheName) {
     EXPECT_FALSE(info_) << "nothing was loaded";
 }
 
+TEST_F(ResPicture, PassesTheErrorOfTheCloseOnAndLeavesTheName) {
+    const auto real = kernel32.CloseHandle;
+    int closed = 0;
+    ScopedTarget fake(kernel32.CloseHandle, [&](platform::FileHandle file) {
+        ++closed;
+        EXPECT_TRUE(real(file));
+        platform::setLastError(platform::kErrorDiskFull);
+        return false;
+    });
+    EXPECT_EQ(raisedBy([this] { load(targa()); }), error::kDiskFull);
+    EXPECT_EQ(closed, 1) << "the file that was written is closed, and none was loaded from";
+    EXPECT_EQ(dir_.entries().size(), 1U);
+    EXPECT_FALSE(info_);
+}
+
 TEST_F(ResPicture, PassesTheErrorOfAFileThatCanNotBeMadeOn) {
     ScopedTarget fake(kernel32.CreateFileA, [](auto&&...) {
         platform::setLastError(platform::kErrorAccessDenied);
