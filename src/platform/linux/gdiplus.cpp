@@ -69,8 +69,9 @@ void shutdown(GdiplusToken token) {
     if (removeHandle<Session>(token) != nullptr) --sessions;
 }
 
-bool wantsImage(std::span<const std::uint8_t> start) {
-    return codecTable()->recognisesImage(start.data(), start.size()) != 0;
+bool wantsImage(const FileBytes& start) {
+    return !wasRefused(start.identity) &&
+           codecTable()->recognisesImage(start.data.get(), start.size) != 0;
 }
 
 /// Like GDI+, what isn't an image counts as memory that ran out.

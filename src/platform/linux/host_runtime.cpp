@@ -13,17 +13,22 @@ std::int32_t readFile(const std::string& fileName, FileBytes& bytes) {
     if (const std::uint32_t error = nameError(fileName); error != kErrorSuccess) {
         return failWith(error, kRuntimeFileNotFound);
     }
-    return readPictureFile(systemName(fileName), isKnownPicture, bytes);
+    constexpr auto kWants = [](const FileBytes& start) { return isKnownPicture(start.bytes()); };
+    return readPictureFile(systemName(fileName), kWants, bytes);
 }
 
 std::int32_t loadPicture(const std::string& fileName, IPictureDisp*& picture) {
     picture = nullptr;
+    keepRefused({});
     FileBytes bytes;
     if (const std::int32_t failure = readFile(fileName, bytes); failure != 0) {
         return failure;
     }
     PictureContent content;
     if (const std::int32_t failure = contentFromFile(bytes.bytes(), content); failure != 0) {
+        if (failure == kRuntimeInvalidPicture) {
+            keepRefused(bytes.identity);
+        }
         return failure;
     }
     picture = Picture::create(content);

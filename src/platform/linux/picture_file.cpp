@@ -29,6 +29,12 @@ std::int32_t runtimeError(int number) {
     }
 }
 
+constinit thread_local FileIdentity refused;
+
+FileIdentity identityOf(const struct stat& facts) {
+    return {facts.st_dev, facts.st_ino, facts.st_size, facts.st_mtim.tv_sec, facts.st_mtim.tv_nsec};
+}
+
 /// As much of the start of a file as is looked at before the rest is read.
 constexpr std::size_t kSignatureBytes = ORVANE_CODEC_SIGNATURE;
 
@@ -47,6 +53,7 @@ std::int32_t readOpen(int descriptor, WantsFile wants, FileBytes& bytes) {
     if (facts.st_size > std::numeric_limits<std::int32_t>::max()) {
         return failWith(kErrorNotEnoughMemory, kRuntimeOutOfMemory);
     }
+    bytes.identity = identityOf(facts);
     const auto size = static_cast<std::size_t>(facts.st_size);
     bytes.data.reset(static_cast<std::uint8_t*>(std::malloc(size == 0 ? 1 : size)));
     if (bytes.data == nullptr) {
@@ -64,7 +71,7 @@ std::int32_t readOpen(int descriptor, WantsFile wants, FileBytes& bytes) {
             break;
         }
         bytes.size += read < 0 ? 0 : static_cast<std::size_t>(read);
-        if (start && bytes.size >= wanted && !wants(bytes.bytes())) {
+        if (start && bytes.size >= wanted && !wants(bytes)) {
             return failWith(kErrorInvalidParameter, kRuntimeInvalidPicture);
         }
     }
@@ -82,6 +89,14 @@ std::int32_t readPictureFile(const std::string& path, WantsFile wants, FileBytes
     const std::int32_t result = readOpen(descriptor, wants, bytes);
     ::close(descriptor);
     return result;
+}
+
+void keepRefused(const FileIdentity& identity) {
+    refused = identity;
+}
+
+bool wasRefused(const FileIdentity& identity) {
+    return identity == refused;
 }
 
 }  // namespace orvane::platform

@@ -1,11 +1,13 @@
 #include "platform/gdiplus.h"
 
 #include "platform/gdi32.h"
+#include "platform/host_runtime.h"
 #include "support/png_file.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 /// What is ours alone in GDI+ on Linux.
@@ -63,6 +65,48 @@ TEST_F(StartedGdiplus, StatusesTellWhyAFileIsNotRead) {
     EXPECT_EQ(statusOf(dir_.write("text.txt", "text")), GdiplusStatus::outOfMemory);
     EXPECT_EQ(statusOf(""), GdiplusStatus::invalidParameter);
     EXPECT_EQ(gdiplus.GdipLoadImageFromFile(u"\xD800", image), GdiplusStatus::fileNotFound);
+}
+
+TEST_F(StartedGdiplus, WhatTheHostsLoaderCouldNotDecodeIsNotDecodedAgain) {
+    constexpr timespec kSameTime[] = {{1000, 0}, {1000, 0}};
+    std::vector<std::uint8_t> bitmap = {'B', 'M', 62, 0, 0, 0, 0, 0, 0, 0, 54, 0, 0, 0,  40,
+                                        0,   0,   0,  2, 0, 0, 0, 1, 0, 0, 0,  1, 0, 24, 0};
+    bitmap.resize(62);
+    const auto write = [&](int depth) {
+        bitmap[28] = static_cast<std::uint8_t>(depth);
+        const std::string name = dir_.write("a.bmp", bitmap);
+        ASSERT_EQ(::utimensat(AT_FDCWD, name.c_str(), kSameTime, 0), 0);
+    };
+    const auto status = [&] {
+        const std::string name = dir_.file("a.bmp");
+        GdiplusImage image{};
+        const GdiplusStatus result =
+            gdiplus.GdipLoadImageFromFile({name.begin(), name.end()}, image);
+        if (result == GdiplusStatus::ok) gdiplus.GdipDisposeImage(image);
+        return result;
+    };
+    const auto loadByHost = [&](const std::string& name) {
+        IPictureDisp* picture = nullptr;
+        return hostRuntime.LoadPicture(name, picture);
+    };
+    write(24);
+    EXPECT_EQ(status(), GdiplusStatus::ok) << "no refusal is remembered of anything";
+    write(23);
+    EXPECT_EQ(loadByHost(dir_.file("a.bmp")), 481);
+    // By what the system tells of it, this is the same file; only its bytes could tell otherwise.
+    write(24);
+    EXPECT_EQ(status(), GdiplusStatus::outOfMemory);
+    EXPECT_EQ(loadByHost(dir_.file("no.bmp")), 53);
+    EXPECT_EQ(status(), GdiplusStatus::ok) << "the last refusal alone counts";
+}
+
+TEST_F(StartedGdiplus, AFormatThatTheHostsLoaderDoesNotKnowIsNoRefusal) {
+    const std::u16string name = png();
+    IPictureDisp* picture = nullptr;
+    EXPECT_EQ(hostRuntime.LoadPicture(std::string(name.begin(), name.end()), picture), 481);
+    GdiplusImage image{};
+    EXPECT_EQ(gdiplus.GdipLoadImageFromFile(name, image), GdiplusStatus::ok);
+    gdiplus.GdipDisposeImage(image);
 }
 
 TEST_F(StartedGdiplus, ANameOutsideTheCodePageIsFound) {
