@@ -106,7 +106,7 @@ TEST_F(GdiPlusFiles, PngDepthsAreThoseOfTheFile) {
         int bits;
     };
     for (const Row& row : {Row{3, 1, 1}, Row{3, 4, 4}, Row{3, 8, 8}, Row{0, 1, 1}, Row{2, 8, 24},
-                           Row{6, 8, 32}, Row{4, 8, 32}}) {
+                           Row{6, 8, 32}, Row{4, 8, 32}, Row{0, 16, 32}, Row{4, 16, 32}}) {
         PngFile file = stripes(row.colour, row.depth);
         if (row.colour == 3)
             file.sample = [](std::uint32_t x, std::uint32_t, int) { return x & 1; };

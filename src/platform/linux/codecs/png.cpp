@@ -14,7 +14,8 @@
 // Pixel formats as GDI+ tells them: a palette of 1, 4 or 8 bits and grey of 1 bit are indexed, true
 // colour has 24 bits. All else is told as what it is unpacked to: 32 bits with alpha for other
 // depths of grey and for a palette of 2 bits, and for whatever has transparency. Colours of 16 bits
-// a channel count in full, 48 and 64; grey of 16 bits counts as 32 like other grey.
+// a channel count in full, 48 and 64; grey of 16 bits counts as 32 like other grey, with alpha or
+// without.
 
 namespace orvane::codecs {
 
@@ -92,12 +93,12 @@ Header readHeader(Job& job, std::span<const uint8_t> file, const Limits& limits)
 
 uint32_t pixelFormatOf(const Header& header) {
     using namespace pixel_format;
-    const bool deep = header.depth == 16;
-    if (header.colour == PNG_COLOR_TYPE_GRAY && (deep || header.transparent)) return k32bppArgb;
+    const bool grey = (header.colour & PNG_COLOR_MASK_COLOR) == 0;
+    const bool deep = header.depth == 16 && !grey;
     if (header.transparent) return deep ? k64bppArgb : k32bppArgb;
     if (header.colour == PNG_COLOR_TYPE_RGB) return deep ? k48bppRgb : k24bppRgb;
     if (header.depth == 1) return k1bppIndexed;
-    if (header.colour == PNG_COLOR_TYPE_GRAY) return k32bppArgb;
+    if (grey) return k32bppArgb;
     if (header.depth == 4) return k4bppIndexed;
     return header.depth == 8 ? k8bppIndexed : k32bppArgb;
 }
