@@ -69,6 +69,15 @@ TEST_F(FileCommon, TellsABitmapsSizeAndDepth) {
     expectInfo(7, 5, 24, Type::orvPteBMP);
 }
 
+TEST_F(FileCommon, OfAGifTellsTheBitmapsDepthNotTheFiles) {
+    // The file has a table of 8 colours, 3 bits.
+    const std::string content("GIF89a\2\0\1\0\x82\0\0", 13);
+    load(bitmapPicture(7, 5), content);
+    expectInfo(7, 5, 24, Type::orvPteGIF);
+    load(bitmapPicture(7, 5), "gif89a");
+    expectInfo(7, 5, 24, Type::orvPteGIF);
+}
+
 TEST_F(FileCommon, TellsAMetafile) {
     load(FakePicture::make(Picture::Type::metafile));
     expectInfo(-1, -1, -1, Type::orvPteWMF);

@@ -44,6 +44,16 @@ std::vector<std::uint8_t> bitmap() {
     return file;
 }
 
+/// A GIF file of 2 x 1 pixels with a table of 8 colours.
+std::vector<std::uint8_t> gif() {
+    std::vector<std::uint8_t> file{'G', 'I', 'F', '8', '9', 'a', 2, 0, 1, 0, 0x82, 0, 0};
+    for (std::uint8_t i = 0; i < 24; ++i)
+        file.push_back(static_cast<std::uint8_t>(i * 10));
+    // Codes of 4 bits: clear, 1, 2, end.
+    file.insert(file.end(), {0x2C, 0, 0, 0, 0, 2, 0, 1, 0, 0, 3, 2, 0x18, 0x92, 0, 0x3B});
+    return file;
+}
+
 Ref<PictureInfo> filledInfo() {
     auto info = make<PictureInfo>();
     info->SetInfo({11, 12, 13, {}, {}}, Type::orvPtePSD);
@@ -78,6 +88,16 @@ TEST_F(LoadPicture, OfAnEmptyNameCreatesNoInfo) {
     EXPECT_FALSE(LoadPictureEx(u"", info_).isNothing());
     EXPECT_FALSE(LoadPictureEx({}, info_).isNothing());
     EXPECT_FALSE(info_);
+}
+
+TEST_F(LoadPicture, OfAGifReportsTheBitmapsDepthNotTheFiles) {
+    const Picture picture = LoadPictureEx(write("a.gif", gif()), info_);
+    const std::int32_t depth = test::factsOf(picture).bitsPixel;
+    EXPECT_NE(depth, 3);
+    expectInfo(2, 1, depth, Type::orvPteGIF);
+#ifndef _WIN32  // the depth is the system's choice there
+    EXPECT_EQ(depth, 4);
+#endif
 }
 
 #ifndef _WIN32  // there pipes have no names in folders

@@ -1,6 +1,7 @@
 #include "pictures/modBitmapWorks.h"
 
 #include "frame/values/codepage.h"
+#include "pictures/CCompatibleDC.h"
 #include "pictures/picture_pixels.h"
 #include "pictures/raised_failure.h"
 #include "platform/tables.h"
@@ -11,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 
 namespace orvane {
@@ -185,6 +187,71 @@ TEST(CreatePictureFromImage, AppliesThePaletteOfAnIndexedImage) {
               (std::vector<std::uint8_t>{0x30, 0x20, 0x10, 0, 0, 0}));
     EXPECT_EQ(std::vector(pixels.begin() + 18, pixels.begin() + 21),
               (std::vector<std::uint8_t>{0xC0, 0xB0, 0xA0}));
+}
+
+/// A screen of 16 bits a pixel: so has every compatible bitmap but those of a context in which a
+/// section is selected, which take its depth.
+class HighColorScreen {
+public:
+    HighColorScreen()
+        : section_(
+              gdi32.CreateDIBSection,
+              [this](DeviceContext dc, const BitmapInfo& info, std::uint32_t usage, void*& bits) {
+                  const BitmapHandle section = realSection_(dc, info, usage, bits);
+                  sections_.push_back(section);
+                  return section;
+              }),
+          select_(gdi32.SelectObject,
+                  [this](DeviceContext dc, GdiObject object) {
+                      selected_ = object;
+                      return realSelect_(dc, object);
+                  }),
+          compatible_(gdi32.CreateCompatibleBitmap, [this](DeviceContext dc, std::int32_t width,
+                                                           std::int32_t height) {
+              const bool inSection = std::ranges::any_of(
+                  sections_, [this](BitmapHandle section) { return selected_ == section; });
+              if (inSection) return realCompatible_(dc, width, height);
+              BitmapInfo info;
+              info.biWidth = width;
+              info.biHeight = height;
+              info.biBitCount = 16;
+              void* bits = nullptr;
+              return realSection_(dc, info, kDibRgbColors, bits);
+          }) {}
+
+private:
+    const Operation<BitmapHandle(DeviceContext, const BitmapInfo&, std::uint32_t, void*&)>
+        realSection_ = gdi32.CreateDIBSection;
+    const Operation<GdiObject(DeviceContext, GdiObject)> realSelect_ = gdi32.SelectObject;
+    const Operation<BitmapHandle(DeviceContext, std::int32_t, std::int32_t)> realCompatible_ =
+        gdi32.CreateCompatibleBitmap;
+    std::vector<BitmapHandle> sections_;
+    GdiObject selected_{};
+    ScopedTarget<BitmapHandle(DeviceContext, const BitmapInfo&, std::uint32_t, void*&)> section_;
+    ScopedTarget<GdiObject(DeviceContext, GdiObject)> select_;
+    ScopedTarget<BitmapHandle(DeviceContext, std::int32_t, std::int32_t)> compatible_;
+};
+
+TEST(CreatePictureFromImage, OfAnIndexedImageHas24BitsOnAScreenOf16) {
+    const HighColorScreen screen;
+    {
+        CCompatibleDC dc;
+        EXPECT_EQ(test::factsOf(dc.CreateCompatibleBitmap(1, 1)->hBitmap()).bitsPixel, 16);
+    }
+    DecodedImage image = indexedImage();
+    // Colours that 5 or 6 bits a channel don't have.
+    (*image.Palette)[1] = 0x00010203;
+    (*image.Palette)[255] = 0x00A1B3C5;
+    Recorder recorder(gdi32);
+    const Picture picture = CreatePictureFromImage(image);
+    EXPECT_TRUE(test::matches(recorder.linesOf("StretchDIBits").at(0), "*<8 bytes>*bits 8,*"));
+    EXPECT_EQ(test::factsOf(picture).bitsPixel, 24);
+    const auto pixels = test::pixelsOf(picture);
+    ASSERT_EQ(pixels.size(), 24U);
+    EXPECT_EQ(std::vector(pixels.begin(), pixels.begin() + 3),
+              (std::vector<std::uint8_t>{0x03, 0x02, 0x01}));
+    EXPECT_EQ(std::vector(pixels.begin() + 18, pixels.begin() + 21),
+              (std::vector<std::uint8_t>{0xC5, 0xB3, 0xA1}));
 }
 
 TEST(CreatePictureFromImage, DoesNotTestWhetherThePixelsWereCopied) {
