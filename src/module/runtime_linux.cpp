@@ -4,12 +4,38 @@
 #include "frame/automation/create_object.h"
 #include "frame/automation/error_info.h"
 #include "frame/automation/library_type_info.h"
+#include "platform/gdi32.h"
 
 #include <atomic>
+#include <cstdint>
 
 namespace orvane::automation {
 
 namespace {
+
+/// A context with a bitmap of its own. The bitmap is deleted at once: it goes with the context in
+/// which it is selected.
+HRESULT createDrawing(LONG width, LONG height, HDC& dc, BYTE*& pixels) {
+    using platform::gdi32;
+    const platform::DeviceContext context = gdi32.CreateCompatibleDC(platform::DeviceContext::none);
+    if (context == platform::DeviceContext::none) return E_OUTOFMEMORY;
+    platform::BitmapInfo info;
+    info.biWidth = width;
+    info.biHeight = -height;
+    info.biBitCount = 32;
+    void* bits = nullptr;
+    const platform::BitmapHandle bitmap =
+        gdi32.CreateDIBSection(context, info, platform::kDibRgbColors, bits);
+    if (bitmap == platform::BitmapHandle::none) {
+        gdi32.DeleteDC(context);
+        return E_OUTOFMEMORY;
+    }
+    gdi32.SelectObject(context, bitmap);
+    gdi32.DeleteObject(bitmap);
+    dc = reinterpret_cast<HDC>(std::uintptr_t{static_cast<std::uint32_t>(context)});
+    pixels = static_cast<BYTE*>(bits);
+    return S_OK;
+}
 
 /// The functions that a host on Windows takes from the system, as an interface of a class factory.
 class Runtime final : public IOrvaneRuntime {
@@ -62,6 +88,18 @@ public:
         if (progId == nullptr || object == nullptr) return E_POINTER;
         *object = nullptr;
         return guarded([&] { *object = createObject(fromOle(progId)).detach(); });
+    }
+    HRESULT CreateDrawing(LONG width, LONG height, HDC* dc, BYTE** pixels) override {
+        if (dc == nullptr || pixels == nullptr) return E_POINTER;
+        *dc = nullptr;
+        *pixels = nullptr;
+        return width < 1 || height < 1 ? E_INVALIDARG : createDrawing(width, height, *dc, *pixels);
+    }
+    HRESULT DeleteDrawing(HDC dc) override {
+        const auto number = reinterpret_cast<std::uintptr_t>(dc);
+        const auto context = static_cast<platform::DeviceContext>(number);
+        const bool isHandle = number == static_cast<std::uint32_t>(context);
+        return isHandle && platform::gdi32.DeleteDC(context) ? S_OK : E_INVALIDARG;
     }
 
 private:

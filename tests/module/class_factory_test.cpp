@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <cstring>
 
 namespace orvane::tests {
@@ -109,6 +111,27 @@ TEST(ClassFactory, RuntimeInterfaceHasTheIdentityOfItsFactory) {
     EXPECT_EQ(runtime.query<IUnknown>(IID_IUnknown).get(),
               factory.query<IUnknown>(IID_IUnknown).get());
     EXPECT_FALSE(library.canUnload());
+}
+
+TEST(ClassFactory, RuntimeGivesContextsToDrawOn) {
+    TheLibrary library;
+    const auto runtime = library.runtime(CLSID_orvMain);
+    HDC dc = nullptr;
+    BYTE* pixels = nullptr;
+    ASSERT_EQ(runtime->CreateDrawing(3, 2, &dc, &pixels), S_OK);
+    ASSERT_NE(pixels, nullptr);
+    EXPECT_EQ(std::count(pixels, pixels + 3 * 2 * 4, BYTE{0}), 3 * 2 * 4);
+    pixels[3 * 2 * 4 - 1] = 1;
+    EXPECT_EQ(runtime->DeleteDrawing(dc), S_OK);
+    EXPECT_EQ(runtime->DeleteDrawing(dc), E_INVALIDARG);
+    EXPECT_EQ(runtime->DeleteDrawing(nullptr), E_INVALIDARG);
+    EXPECT_EQ(runtime->CreateDrawing(0, 1, &dc, &pixels), E_INVALIDARG);
+    EXPECT_EQ(runtime->CreateDrawing(1, -1, &dc, &pixels), E_INVALIDARG);
+    EXPECT_EQ(runtime->CreateDrawing(0x7FFFFFFF, 0x7FFFFFFF, &dc, &pixels), E_OUTOFMEMORY);
+    EXPECT_EQ(dc, nullptr);
+    EXPECT_EQ(pixels, nullptr);
+    EXPECT_EQ(runtime->CreateDrawing(1, 1, nullptr, &pixels), E_POINTER);
+    EXPECT_EQ(runtime->CreateDrawing(1, 1, &dc, nullptr), E_POINTER);
 }
 
 TEST(ClassFactory, RuntimeStringsArraysAndValuesWorkTogether) {

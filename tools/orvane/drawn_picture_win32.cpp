@@ -70,7 +70,7 @@ SIZE pixelsOf(const LoadedPicture& loaded, LONG width, LONG height) {
 
 }  // namespace
 
-std::optional<RgbImage> drawnPicture(const LoadedPicture& loaded, Rgb ground) {
+std::optional<RgbImage> drawnPicture(Library&, const LoadedPicture& loaded, Rgb ground) {
     const auto picture = loaded.picture.query<IPicture>(IID_IPicture);
     OLE_XSIZE_HIMETRIC width = 0;
     OLE_YSIZE_HIMETRIC height = 0;

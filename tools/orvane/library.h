@@ -67,6 +67,9 @@ public:
     /// The version text of the library's file.
     std::string version();
 
+    /// For what only the platform's own calls do.
+    host::Library& host() { return host_; }
+
 private:
     host::Library host_;
 };

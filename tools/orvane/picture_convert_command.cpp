@@ -29,9 +29,9 @@ Format formatOf(const std::string& name) {
 constexpr Rgb kButtonFace{0xF0, 0xF0, 0xF0};
 
 /// The picture as a BMP file: a bitmap's own pixels, anything else as the system draws it.
-std::vector<std::uint8_t> bmpOfAny(const LoadedPicture& loaded) {
+std::vector<std::uint8_t> bmpOfAny(Library& library, const LoadedPicture& loaded) {
     if (loaded.isBitmap()) return bmpOf(loaded);
-    const std::optional<RgbImage> drawn = drawnPicture(loaded, kButtonFace);
+    const std::optional<RgbImage> drawn = drawnPicture(library, loaded, kButtonFace);
     if (!drawn) throw Failure(loaded.facts.typeName + ": can't be drawn on this system");
     return bmpFromRgb(*drawn);
 }
@@ -47,7 +47,7 @@ int runPictureConvert(Words words) {
     Library library;
     std::vector<std::uint8_t> content;
     try {
-        content = bmpOfAny(library.loadPicture(in));
+        content = bmpOfAny(library, library.loadPicture(in));
         if (format == Format::ppm) content = ppmFromBmp(content);
         if (format == Format::png) content = pngOf(rgbFromBmp(content));
     } catch (const LibraryError& error) {

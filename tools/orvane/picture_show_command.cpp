@@ -40,9 +40,9 @@ std::string fileNameOf(const std::string& path) {
 }
 
 /// The thumbnail of whatever the system can draw.
-std::optional<RgbImage> thumbnail(const LoadedPicture& loaded) {
+std::optional<RgbImage> thumbnail(Library& library, const LoadedPicture& loaded) {
     if (loaded.isBitmap()) return thumbnailOf(rgbFromBmp(bmpOf(loaded)));
-    const std::optional<RgbImage> drawn = drawnPicture(loaded, kThumbnailGround);
+    const std::optional<RgbImage> drawn = drawnPicture(library, loaded, kThumbnailGround);
     if (!drawn) return {};
     return thumbnailOf(*drawn);
 }
@@ -53,7 +53,7 @@ SheetEntry entryOf(Library& library, const std::string& file) {
     try {
         const LoadedPicture loaded = library.loadPicture(file);
         entry.facts = caption(loaded.facts);
-        entry.image = thumbnail(loaded);
+        entry.image = thumbnail(library, loaded);
     } catch (const LibraryError& error) {
         entry.broken = true;
         entry.facts = "error " + std::to_string(error.number);

@@ -28,7 +28,8 @@ public:
     HRESULT get_Type(SHORT* type) override;
     HRESULT get_Width(OLE_XSIZE_HIMETRIC* width) override;
     HRESULT get_Height(OLE_YSIZE_HIMETRIC* height) override;
-    /// Draws bitmaps and icons on a memory device context; metafiles are E_NOTIMPL.
+    /// Draws on a memory device context. A metafile is played within the area that it is given;
+    /// E_FAIL where the module that plays it is absent.
     HRESULT Render(HDC dc, LONG x, LONG y, LONG cx, LONG cy, OLE_XPOS_HIMETRIC xSource,
                    OLE_YPOS_HIMETRIC ySource, OLE_XSIZE_HIMETRIC cxSource,
                    OLE_YSIZE_HIMETRIC cySource, const RECT* bounds) override;
