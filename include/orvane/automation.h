@@ -474,8 +474,8 @@ struct IOrvaneRuntime : IUnknown {
     /// library's own classes need no registration. 0x800A01AD (run-time error 429) for a name that
     /// stands for no class, and for a class that gives no object.
     virtual HRESULT CreateObject(const OLECHAR* progId, IUnknown** object) = 0;
-    /// A device context to draw pictures on, as `IPicture::Render` takes it. `pixels` is its memory:
-    /// rows from the top without gaps, 4 bytes a pixel (blue, green, red and one that means
+    /// A device context to draw pictures on, as `IPicture::Render` takes it. `pixels` is its
+    /// memory: rows from the top without gaps, 4 bytes a pixel (blue, green, red and one that means
     /// nothing), black at first. Sizes from 1 pixel on; E_INVALIDARG below, E_OUTOFMEMORY for 2 GiB
     /// and more and where the memory isn't there.
     virtual HRESULT CreateDrawing(LONG width, LONG height, HDC* dc, BYTE** pixels) = 0;

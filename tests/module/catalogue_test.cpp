@@ -129,12 +129,12 @@ TEST(Catalogue, TypeLibraryHasTheClassesInTheirOrderAndNoOther) {
         ASSERT_EQ(types->GetTypeInfo(i, info.receive()), S_OK);
         if (attributesOf(*info).typekind == TKIND_COCLASS) names.push_back(nameOf(*info));
     }
-    EXPECT_THAT(names,
-                testing::ElementsAre(u"orvMain", u"orvAlone", u"orvBenchMark", u"orvRegistry",
-                                     u"orvOrvaneSettings", u"PictureInfo", u"orvBenchMarkHP",
-                                     u"CommandLineParser", u"IHTTPRequestCallback",
-                                     u"orvHTTPRequest", u"orvAutorunSupport", u"HTTPFormBuilder",
-                                     u"ProxySettings", u"orvStringBuffer", u"orvGZipArchive", u"orvSort"));
+    EXPECT_THAT(names, testing::ElementsAre(
+                           u"orvMain", u"orvAlone", u"orvBenchMark", u"orvRegistry",
+                           u"orvOrvaneSettings", u"PictureInfo", u"orvBenchMarkHP",
+                           u"CommandLineParser", u"IHTTPRequestCallback", u"orvHTTPRequest",
+                           u"orvAutorunSupport", u"HTTPFormBuilder", u"ProxySettings",
+                           u"orvStringBuffer", u"orvGZipArchive", u"orvSort"));
 }
 
 TEST(Catalogue, FactoriesMakeWhatHostsMayCreateAndRefuseTheRest) {
