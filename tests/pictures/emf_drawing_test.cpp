@@ -28,9 +28,8 @@ constexpr std::uint32_t kPolyBezier = 2, kPolygon = 3, kPolyline = 4, kPolylineT
                         kStrokePath = 64, kSelectClipPath = 67, kComment = 70, kFillRgn = 71,
                         kPaintRgn = 74, kExtSelectClipRgn = 75, kBitBlt = 76, kStretchBlt = 77,
                         kStretchDibits = 81, kCreateFont = 82, kExtTextOutW = 84, kPolygon16 = 86,
-                        kPolyline16 = 87, kPolyPolygon16 = 91, kMonoBrush = 93, kDibBrush = 94,
-                        kExtCreatePen = 95, kAlphaBlend = 114, kTransparentBlt = 116,
-                        kGradientFill = 118;
+                        kPolyPolygon16 = 91, kMonoBrush = 93, kDibBrush = 94, kExtCreatePen = 95,
+                        kAlphaBlend = 114, kTransparentBlt = 116, kGradientFill = 118;
 
 constexpr std::int64_t kStock = 0x80000000;
 constexpr std::int64_t kNullBrush = kStock | 5;
@@ -224,6 +223,14 @@ TEST(EmfDrawing, APathIsGoneOnceItIsDrawn) {
     EXPECT_THAT(drawn(file, 2, 1), ElementsAre("rr"));
 }
 
+TEST(EmfDrawing, AnOpenPathIsDrawnOpen) {
+    Drawing file(4, 3);
+    file.record(kSelectObject, {kBlackPen}).record(kBeginPath).record(kMoveTo, {0, 0});
+    file.record(kLineTo, {2, 0}).record(kLineTo, {2, 2}).record(kEndPath);
+    file.record(kStrokePath, {0, 0, 0, 0});
+    EXPECT_THAT(drawn(file, 4, 3), ElementsAre("###.", "..#.", "...."));
+}
+
 TEST(EmfDrawing, APathCanBeClippedTo) {
     Drawing file(4, 2);
     file.record(kBeginPath).record(kPolygon, points({1, 0, 3, 0, 3, 1, 1, 1})).record(kEndPath);
@@ -328,6 +335,26 @@ TEST(EmfDrawing, ABrushOfAnImageRepeatsIt) {
     EXPECT_THAT(drawn(file, 4, 1), ElementsAre("rbrb"));
 }
 
+TEST(EmfDrawing, ABrushOfOneBitTakesTheTextAndBackgroundColour) {
+    Words dib;
+    dib.u32(40).u32(8).u32(1).u16(1).u16(1).u32(0).u32(0).u32(0).u32(0).u32(2).u32(0);
+    dib.u32(0).u32(0xFFFFFF).u32(0xF0);
+    Words out;
+    out.u32(2).u32(0).u32(32).u32(48).u32(80).u32(4).add(dib.bytes());
+    Drawing file(16, 1);
+    file.record(kSetTextColor, {kBlue}).record(kSetBkColor, {kGreen});
+    file.record(kMonoBrush, out.bytes()).record(kSelectObject, {2}).box(0, 0, 16, 1);
+    EXPECT_THAT(drawn(file, 16, 1), ElementsAre("ggggbbbbggggbbbb"));
+}
+
+TEST(EmfDrawing, AColourCanBeOneOfAPalette) {
+    Drawing file(2, 1);
+    // Version, count, and red, green and blue of each colour.
+    file.record(kCreatePalette, {5, 0x00020300, kGreen, kBlue}).record(kSelectPalette, {5});
+    file.brush(2, 0x02000000 | kBlue).box(0, 0, 1, 1);
+    EXPECT_THAT(drawn(file, 2, 1), ElementsAre("b."));
+}
+
 TEST(EmfDrawing, AnImageIsStretchedOverItsPlace) {
     const std::string dib = dib24(2, 1, {0xFF0000, 0x0000FF});
     Words out;
@@ -402,6 +429,19 @@ std::string regionOf(std::initializer_list<std::int64_t> numbers) {
     for (const std::int64_t number : numbers)
         out.u32(number);
     return out.bytes();
+}
+
+TEST(EmfDrawing, TheClippingMovesWithItsRecord) {
+    Drawing file(4, 1);
+    file.record(kIntersectClip, {0, 0, 2, 1}).record(kOffsetClip, {1, 0}).box(0, 0, 4, 1);
+    EXPECT_THAT(drawn(file, 4, 1), ElementsAre(".rr."));
+}
+
+TEST(EmfDrawing, ARegionIsPaintedWithTheSelectedBrush) {
+    Drawing file(3, 1);
+    Words out;
+    out.u32(0).u32(0).u32(0).u32(0).u32(48).add(regionOf({1, 0, 3, 1}));
+    EXPECT_THAT(drawn(file.record(kPaintRgn, out.bytes()), 3, 1), ElementsAre(".rr"));
 }
 
 TEST(EmfDrawing, RegionsAreClippedToInFiveWays) {
@@ -502,7 +542,7 @@ TEST(EmfDrawing, WindowsHasObjectsOfItsOwn) {
 
 TEST(EmfDrawing, ObjectsAreNamedByTheirNumbers) {
     Drawing file(3, 1);
-    file.brush(7, kBlue).brush(5, kGreen).box(0, 0, 1, 1);
+    file.brush(7, kBlue).brush(5, kGreen).box(0, 0, 1, 1).record(kDeleteObject, {5});
     file.record(kSelectObject, {7}).box(1, 0, 1, 1).record(kSelectObject, {1}).box(2, 0, 1, 1);
     EXPECT_THAT(drawn(file, 3, 1), ElementsAre("gbr"));
 }
