@@ -7,6 +7,7 @@
 
 #include <new>
 #include <span>
+#include <utility>
 
 namespace orvane::automation {
 
@@ -18,6 +19,34 @@ constexpr HRESULT kSelfRegistrationOfTypeLibrary = static_cast<HRESULT>(0x800402
 constexpr HRESULT kSelfRegistrationOfClasses = static_cast<HRESULT>(0x80040201);
 constexpr ResultCode kAccessDenied{platform::kErrorAccessDenied};
 constexpr ResultCode kNotFound{platform::kErrorFileNotFound};
+constexpr ResultCode kNoTransactions{platform::kErrorNotSupported};
+
+/// Changes of the registry that are made together, undone at its end unless they were committed.
+/// Where the registry has no transactions they are made one by one.
+class Transaction {
+public:
+    Transaction() : begun_(platform::registryTransactions.Begin()) {}
+    ~Transaction() { rollback(); }
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+
+    /// Success, too, where there are no transactions.
+    ResultCode begun() const { return begun_ == kNoTransactions ? ResultCode::success : begun_; }
+    bool isMissing() const { return begun_ == kNoTransactions; }
+    ResultCode commit() {
+        const ResultCode code =
+            isOpen_ ? platform::registryTransactions.Commit() : ResultCode::success;
+        if (code == ResultCode::success) isOpen_ = false;
+        return code;
+    }
+    void rollback() {
+        if (std::exchange(isOpen_, false)) platform::registryTransactions.Rollback();
+    }
+
+private:
+    ResultCode begun_;
+    bool isOpen_ = begun_ == ResultCode::success;
+};
 
 std::u16string progIdOf(const LibraryTable& library, const ClassTable& table) {
     return asciiText(library.progIdPrefix) + u"." + asciiText(table.name);
@@ -141,10 +170,14 @@ HRESULT registerLibrary() try {
     const std::vector<RegistrationTree> trees = registrationTrees(library, path);
     for (const RegistrationPlace& place : registrationPlaces()) {
         const bool hasTypes = registerTypeLibrary(path);
-        const ResultCode written = hasTypes ? writeAll(place, trees) : kNotFound;
-        if (hasTypes && written == ResultCode::success) return S_OK;
+        Transaction transaction;
+        ResultCode written = hasTypes ? transaction.begun() : kNotFound;
+        if (written == ResultCode::success) written = writeAll(place, trees);
+        if (written == ResultCode::success) written = transaction.commit();
+        if (written == ResultCode::success) return S_OK;
+        transaction.rollback();
         unregisterTypeLibrary(library);
-        removeAll(place, trees);
+        if (transaction.isMissing()) removeAll(place, trees);
         if (!hasTypes) return kSelfRegistrationOfTypeLibrary;
         if (written != kAccessDenied) break;
     }
@@ -157,8 +190,12 @@ HRESULT unregisterLibrary() try {
     const LibraryTable& library = libraryTable();
     const std::vector<RegistrationTree> trees = registrationTrees(library, u"");
     bool removed = true;
-    for (const RegistrationPlace& place : registrationPlaces())
-        removed = removeAll(place, trees) && removed;
+    for (const RegistrationPlace& place : registrationPlaces()) {
+        Transaction transaction;
+        const bool done = transaction.begun() == ResultCode::success && removeAll(place, trees) &&
+                          transaction.commit() == ResultCode::success;
+        removed = done && removed;
+    }
     if (!unregisterTypeLibrary(library)) return kSelfRegistrationOfTypeLibrary;
     return removed ? S_OK : kSelfRegistrationOfClasses;
 } catch (const std::bad_alloc&) {

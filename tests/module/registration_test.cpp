@@ -167,6 +167,23 @@ TEST_F(RegistrationTest, AFailureAnywhereLeavesNothing) {
     EXPECT_GT(failures, 40U);
 }
 
+TEST_F(RegistrationTest, AFailureAnywhereLeavesTheFormerRegistration) {
+    Texts before;
+    test::torture(
+        [&] {
+            registry.clear();
+            registry.set(platform::kHkeyLocalMachine, kProbe + std::u16string(u"\\InprocServer32"),
+                         u"", u"former");
+            before = machine();
+            return registerLibrary();
+        },
+        [&](HRESULT status, const test::TortureRun& run) {
+            EXPECT_FALSE(registry.isInTransaction()) << run.failed;
+            if (status == S_OK) return;
+            EXPECT_EQ(machine(), before) << run.failed;
+        });
+}
+
 TEST_F(RegistrationTest, AFailureWhileUnregisteringIsTold) {
     test::torture(
         [this] {

@@ -159,16 +159,17 @@ TEST_F(OrvRegistry, TextsThatReadAsTrue) {
 }
 
 TEST_F(OrvRegistry, TypeOutOfRangeReadsAsEmptyAndTouchesNothing) {
-    registry->IsKeyExist(currentUser, path);
-    ASSERT_EQ(registry->LastRegError(), 2);
     EXPECT_TRUE(set(u"v", rtString, u"x"));
+    registry->IsKeyExist(currentUser, path + u"\\none");
+    ASSERT_EQ(registry->LastRegError(), 2);
     for (const int type : {7, 4, -1}) {
         success = true;
         const Variant value = get(u"v", static_cast<RegistryType_Const>(type));
         EXPECT_EQ(value.type(), VarType::Empty);
         EXPECT_FALSE(success);
-        EXPECT_EQ(registry->LastRegError(), 0);
+        EXPECT_EQ(registry->LastRegError(), 2);
         EXPECT_FALSE(set(u"v", static_cast<RegistryType_Const>(type), u"y"));
+        EXPECT_EQ(registry->LastRegError(), 2);
     }
     EXPECT_EQ(*get(u"v").as<WString>(), u"x");
 }

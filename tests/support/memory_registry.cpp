@@ -1,6 +1,7 @@
 #include "support/memory_registry.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace orvane::test {
 
@@ -50,7 +51,21 @@ MemoryRegistry::MemoryRegistry()
       removeEmpty_(platform::shlwapi.SHDeleteEmptyKeyA,
                    [this](RegistryKey root, const std::string& path) {
                        return remove(root, std::u16string(path.begin(), path.end()), true);
-                   }) {}
+                   }),
+      begin_(platform::registryTransactions.Begin,
+             [this] {
+                 before_ = keys_;
+                 return ResultCode::success;
+             }),
+      commit_(platform::registryTransactions.Commit,
+              [this] {
+                  before_.reset();
+                  return ResultCode::success;
+              }),
+      rollback_(platform::registryTransactions.Rollback, [this] {
+          if (before_) keys_ = *std::exchange(before_, std::nullopt);
+          return ResultCode::success;
+      }) {}
 
 std::map<std::u16string, std::u16string> MemoryRegistry::texts(RegistryKey root) const {
     std::map<std::u16string, std::u16string> texts;

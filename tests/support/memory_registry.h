@@ -5,6 +5,7 @@
 #include "support/recorder.h"
 
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -30,6 +31,8 @@ public:
     void deny(platform::RegistryKey root) { denied_.insert(root); }
     /// Takes everything away.
     void clear() { keys_.clear(); }
+    /// True until a transaction that was begun is committed or undone.
+    bool isInTransaction() const { return before_.has_value(); }
 
 private:
     using Code = platform::ResultCode;
@@ -56,6 +59,7 @@ private:
     Code remove(platform::RegistryKey root, const std::u16string& path, bool onlyEmpty);
 
     std::map<Place, Key> keys_;
+    std::optional<std::map<Place, Key>> before_;  ///< in a transaction
     std::map<platform::RegistryKey, Place> handles_;
     std::set<platform::RegistryKey> denied_;
     std::uint32_t next_ = 1;
@@ -75,6 +79,9 @@ private:
     ScopedTarget<Code(platform::RegistryKey)> close_;
     ScopedTarget<Code(platform::RegistryKey, const std::u16string&)> removeTree_;
     ScopedTarget<Code(platform::RegistryKey, const std::string&)> removeEmpty_;
+    ScopedTarget<Code()> begin_;
+    ScopedTarget<Code()> commit_;
+    ScopedTarget<Code()> rollback_;
 };
 
 }  // namespace orvane::test

@@ -207,6 +207,36 @@ class Files(RegistryCase):
         text = (self.folder / 'out8.reg').read_bytes().decode()
         self.assertEqual(text.encode('utf-16-le'), data[2:])
 
+    @natively
+    def test_export_keeps_the_mode_and_writes_behind_links(self):
+        self.import_text(self.EVERY)
+        data = self.registry('export', KEY)
+        (self.folder / 'below').mkdir()
+        kept = self.folder / 'below' / 'kept.reg'
+        kept.write_bytes(b'former')
+        for mode in (0o600, 0o640, 0o444):
+            kept.chmod(mode)
+            self.registry('export', KEY, 'below/kept.reg')
+            self.assertEqual(kept.read_bytes(), data)
+            self.assertEqual(kept.stat().st_mode & 0o7777, mode)
+        link = self.folder / 'link.reg'
+        link.symlink_to('second.reg')
+        second = self.folder / 'second.reg'
+        second.symlink_to(kept)
+        kept.chmod(0o600)
+        kept.write_bytes(b'former')
+        self.registry('export', KEY, 'link.reg')
+        self.assertTrue(link.is_symlink() and second.is_symlink())
+        self.assertEqual(kept.read_bytes(), data)
+        self.assertEqual(kept.stat().st_mode & 0o7777, 0o600)
+        kept.unlink()
+        self.registry('export', KEY, 'link.reg')
+        self.assertEqual(kept.read_bytes(), data)
+        second.unlink()
+        second.symlink_to('link.reg')
+        self.registry('export', KEY, 'link.reg', status=1)
+        self.assertTrue(link.is_symlink())
+
     def test_import_reads_the_input(self):
         self.registry('import', '-', given=self.EVERY.encode())
         self.assertEqual(self.text('get', KEY, 'a'), '42\n')

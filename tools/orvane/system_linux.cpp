@@ -3,7 +3,9 @@
 #include "utf8.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -74,6 +76,19 @@ private:
     int number_;
 };
 
+/// The file that a name stands for behind symbolic links; it need not be there.
+std::string behindLinks(std::string name) {
+    constexpr int kMostLinks = 40;
+    std::array<char, PATH_MAX> target{};
+    for (int i = 0; i < kMostLinks; ++i) {
+        const ssize_t size = ::readlink(name.c_str(), target.data(), target.size());
+        if (size < 0) return name;
+        const std::string link(target.data(), static_cast<std::size_t>(size));
+        name = link.starts_with('/') ? link : name.substr(0, name.rfind('/') + 1) + link;
+    }
+    fail(name, ELOOP);
+}
+
 /// A new file in the folder of `name`, open for writing.
 class TemporaryFile {
 public:
@@ -92,6 +107,12 @@ public:
     ~TemporaryFile() {
         if (descriptor_ >= 0) ::close(descriptor_);
         if (!path_.empty()) ::unlink(path_.c_str());
+    }
+
+    /// Gives it the owner, where this process may, and the mode of the file that it replaces.
+    void takeRightsOf(const struct stat& facts) const {
+        if (::fchown(descriptor_, facts.st_uid, facts.st_gid) != 0 && errno != EPERM) return;
+        ::fchmod(descriptor_, facts.st_mode & 0777);
     }
 
     /// Each of these gives 0 or the error number.
@@ -190,14 +211,15 @@ std::string readFile(const std::string& name, std::uint64_t most) {
 }
 
 void replaceFile(const std::string& name, std::span<const std::uint8_t> content) {
+    const std::string target = behindLinks(name);
     struct stat facts {};
-    if (::lstat(name.c_str(), &facts) == 0 && !S_ISREG(facts.st_mode) && !S_ISLNK(facts.st_mode)) {
-        throw Failure(name + ": not a file");
-    }
-    TemporaryFile file(name);
+    const bool isThere = ::lstat(target.c_str(), &facts) == 0;
+    if (isThere && !S_ISREG(facts.st_mode)) throw Failure(name + ": not a file");
+    TemporaryFile file(target);
+    if (isThere) file.takeRightsOf(facts);
     int error = file.write(content);
     if (error == 0) error = file.close();
-    if (error == 0) error = file.rename(name);
+    if (error == 0) error = file.rename(target);
     if (error != 0) fail(name, error);
 }
 
