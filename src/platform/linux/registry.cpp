@@ -505,25 +505,29 @@ ResultCode deleteTreeW(RegistryKey root, const std::u16string& subKey) {
 
 namespace {
 
-ResultCode inTransaction(std::uint32_t (*OrvaneStoreTable::*step)(void)) {
+template <class Step>
+ResultCode inTransaction(Step&& step) {
     const OrvaneStoreTable* store = registryStore();
     if (store == nullptr) return ResultCode{kErrorModuleNotFound};
     RegistryAnswer::outdate();
-    return static_cast<ResultCode>((store->*step)());
+    return static_cast<ResultCode>(step(*store));
 }
 
 }  // namespace
 
 ResultCode beginTransaction() {
-    return inTransaction(&OrvaneStoreTable::begin);
+    return inTransaction([](const OrvaneStoreTable& store) { return store.begin(); });
 }
 
 ResultCode commitTransaction() {
-    return inTransaction(&OrvaneStoreTable::commit);
+    return inTransaction([](const OrvaneStoreTable& store) {
+        std::uint32_t committed = 0;
+        return store.commit(&committed);
+    });
 }
 
 ResultCode rollbackTransaction() {
-    return inTransaction(&OrvaneStoreTable::rollback);
+    return inTransaction([](const OrvaneStoreTable& store) { return store.rollback(); });
 }
 
 }  // namespace orvane::platform::registry

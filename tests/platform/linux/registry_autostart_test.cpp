@@ -15,11 +15,11 @@ using testing::IsEmpty;
 constexpr const char* kRun = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 
 struct RegistryAutostartLinux : RegistryStoreLinux {
-    static std::uint32_t add(const std::string& line, const std::string& name = "App") {
+    static std::uint32_t add(const std::string& line, const std::string& name = "App",
+                             RegistryKey root = kHkeyCurrentUser) {
         RegistryKey key{};
         KeyDisposition done{};
-        ResultCode code =
-            advapi32.RegCreateKeyExA(kHkeyCurrentUser, kRun, 0, kKeySetValue, key, done);
+        ResultCode code = advapi32.RegCreateKeyExA(root, kRun, 0, kKeySetValue, key, done);
         if (code != ResultCode::success) return number(code);
         code = advapi32.RegSetValueExA(key, name, kRegSz, bytes(line + '\0'));
         advapi32.RegCloseKey(key);
@@ -62,6 +62,33 @@ TEST_F(RegistryAutostartLinux, FullDiskKeepsValueAndEntry) {
         fs::remove(store_.userFolder() + "/filler");
         EXPECT_EQ(remove(), 0u);
         EXPECT_THAT(filesIn(folder()), IsEmpty());
+        store_.closeDatabases();
+        return testing::Test::HasFailure() ? 1 : 0;
+    });
+    if (status == 77) GTEST_SKIP() << "this process may not mount a file system";
+    EXPECT_EQ(status, 0);
+}
+
+/// The machine's part of a transaction is committed before the user's.
+TEST_F(RegistryAutostartLinux, FullDiskOfTheUserKeepsWhatTheMachineHas) {
+    fs::create_directories(store_.userFolder());
+    const int status = inChild([&] {
+        if (::unshare(CLONE_NEWNS) != 0 ||
+            ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            ::mount("none", store_.userFolder().c_str(), "tmpfs", 0, "size=400k") != 0) {
+            return 77;
+        }
+        EXPECT_EQ(add("/bin/true"), 0u);
+        EXPECT_EQ(number(registryTransactions.Begin()), 0u);
+        EXPECT_EQ(add("/bin/false"), 0u);
+        EXPECT_EQ(write(kHkeyCurrentUser, "a", "large", std::string(500000, 'x')), 0u);
+        EXPECT_EQ(add("/bin/false", "App", kHkeyLocalMachine), 0u);
+        EXPECT_EQ(number(registryTransactions.Commit()), kErrorDiskFull);
+        EXPECT_EQ(read(kHkeyCurrentUser, kRun, "App"), std::string("/bin/true\0", 10));
+        EXPECT_THAT(contentOf(file()), HasSubstr("\nExec=/bin/true\n"));
+        EXPECT_EQ(read(kHkeyLocalMachine, kRun, "App"), std::string("/bin/false\0", 11));
+        EXPECT_THAT(contentOf(store_.machineFolder() + "/autostart/orvane-machine-app.desktop"),
+                    HasSubstr("\nExec=/bin/false\n"));
         store_.closeDatabases();
         return testing::Test::HasFailure() ? 1 : 0;
     });

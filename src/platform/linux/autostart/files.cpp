@@ -189,7 +189,7 @@ ResultCode Changes::make(const Change& change) {
     bool hadEntry = false;
     ResultCode code = moveAside(path, hadEntry);
     if (code == ResultCode::success) {
-        steps_.push_back({path, hadEntry});
+        steps_.push_back({change.scope, path, hadEntry});
         const bool isMade =
             change.text.empty() || ::rename(beside(path, kNew).c_str(), path.c_str()) == 0;
         code = isMade ? ResultCode::success : failure(errno);
@@ -211,10 +211,13 @@ void Changes::undo() {
     }
 }
 
-void Changes::settle() {
-    for (; !steps_.empty(); steps_.pop_back()) {
-        ::unlink(beside(steps_.back().path, kFormer).c_str());
+void Changes::settle(Scope scope) {
+    for (const Step& step : steps_) {
+        if (step.scope == scope) {
+            ::unlink(beside(step.path, kFormer).c_str());
+        }
     }
+    std::erase_if(steps_, [&](const Step& step) { return step.scope == scope; });
 }
 
 std::vector<std::string> interruptedEntries(Scope scope) {

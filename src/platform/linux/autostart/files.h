@@ -35,13 +35,14 @@ public:
     /// Makes all of them; of several for one entry the last. When one can't be made, those before
     /// it are undone, and the result is that one's error.
     ResultCode apply();
-    /// Puts every entry back as it was before `apply`.
+    /// Puts every entry back as it was before `apply`, but for those that are settled.
     void undo();
-    /// Lets go what `undo` would need.
-    void settle();
+    /// Lets go what `undo` would need for the entries of a scope.
+    void settle(Scope scope);
 
 private:
     struct Step {
+        Scope scope;
         std::string path;
         bool hadEntry;
     };

@@ -200,7 +200,7 @@ Code settleInterrupted(std::int32_t root, const std::vector<Change>& changes) {
 
 /// Makes the changes of entries and ends the transaction of the values, with success only when both
 /// are done.
-Code commitWith(std::vector<Change> changes) {
+Code commitWith(std::vector<Change> changes, std::uint32_t& committed) {
     Code code = kErrorSuccess;
     for (const std::int32_t root : {ORVANE_STORE_USER, ORVANE_STORE_MACHINE}) {
         const bool isChanged = std::ranges::any_of(
@@ -213,16 +213,18 @@ Code commitWith(std::vector<Change> changes) {
     if (code == kErrorSuccess) {
         code = guarded([&] { return static_cast<Code>(entries.apply()); });
     }
+    committed = 0;
     if (code == kErrorSuccess) {
-        code = values.commit();
+        code = values.commit(&committed);
     } else {
         values.rollback();
     }
-    if (code == kErrorSuccess) {
-        entries.settle();
-    } else {
-        entries.undo();
+    for (const std::int32_t root : {ORVANE_STORE_USER, ORVANE_STORE_MACHINE}) {
+        if ((committed >> root & 1) != 0) {
+            entries.settle(scopeOf(root));
+        }
     }
+    entries.undo();
     return code;
 }
 
@@ -251,7 +253,8 @@ Code together(Action&& change) {
         values.rollback();
         return code;
     }
-    return commitWith(std::move(changes));
+    std::uint32_t committed = 0;
+    return commitWith(std::move(changes), committed);
 }
 
 Code set(const OrvaneStoreKey* key, const OrvaneStoreName* name, std::uint32_t type,
@@ -343,9 +346,10 @@ Code begin() {
     return kErrorNotEnoughMemory;
 }
 
-Code commit() {
+Code commit(std::uint32_t* committed) {
+    *committed = 0;
     const ChangeList changes = waiting.take();
-    return guarded([&] { return changes ? commitWith(std::move(*changes)) : values.commit(); });
+    return changes ? commitWith(std::move(*changes), *committed) : values.commit(committed);
 }
 
 Code rollback() {

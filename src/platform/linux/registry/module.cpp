@@ -23,14 +23,14 @@ struct Store {
 };
 
 constinit std::atomic<Store*> current = nullptr;
-Code endTransaction(Store* all, bool commits);
+Code endTransaction(Store* all, std::uint32_t* committed);
 
 /// The store that a thread with an open transaction holds for its length. A thread that ends within
 /// one takes it back: nobody else could, and all others would wait for ever.
 class HeldStore {
 public:
     constexpr HeldStore() = default;
-    ~HeldStore() { endTransaction(store_, false); }
+    ~HeldStore() { endTransaction(store_, nullptr); }
     HeldStore(const HeldStore&) = delete;
     HeldStore& operator=(const HeldStore&) = delete;
 
@@ -244,25 +244,34 @@ std::uint32_t begin() {
     }
 }
 
-// The machine's changes first: it is those that the user may have no right to.
-Code endTransaction(Store* all, bool commits) {
+// Commits unless `committed` is null. The machine's changes first: it is those that the user may
+// have no right to.
+Code endTransaction(Store* all, std::uint32_t* committed) {
     const NotCancelled whole;
     if (all == nullptr || all != current.load()) return kNoTransaction;
     Code code = kSuccess;
-    if (commits) code = all->machine.commit();
-    if (commits && code == kSuccess) code = all->user.commit();
+    if (committed != nullptr) {
+        *committed = 0;
+        code = all->machine.commit();
+        if (code == kSuccess) {
+            *committed = 1u << ORVANE_STORE_MACHINE;
+            code = all->user.commit();
+        }
+        if (code == kSuccess) *committed |= 1u << ORVANE_STORE_USER;
+    }
     all->machine.rollback();
     all->user.rollback();
     all->mutex.unlock();
     return code;
 }
 
-std::uint32_t commit() {
-    return endTransaction(inTransactionOf.letGo(), true);
+std::uint32_t commit(std::uint32_t* committed) {
+    *committed = 0;
+    return endTransaction(inTransactionOf.letGo(), committed);
 }
 
 std::uint32_t rollback() {
-    return endTransaction(inTransactionOf.letGo(), false);
+    return endTransaction(inTransactionOf.letGo(), nullptr);
 }
 
 std::uint32_t claim(std::int32_t root) {

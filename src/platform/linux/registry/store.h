@@ -15,7 +15,7 @@ extern "C" {
 #endif
 
 /// Grows whenever anything below changes; a caller refuses any other value.
-#define ORVANE_STORE_VERSION 3u
+#define ORVANE_STORE_VERSION 4u
 
 /// Name of the one exported function, for dlsym.
 #define ORVANE_STORE_ENTRY "orvaneRegistryStore"
@@ -88,9 +88,11 @@ typedef struct OrvaneStoreTable {
     /// Deletes a key with all below it; with an empty path what is in `base`, but not `base`.
     uint32_t (*deleteTree)(const OrvaneStoreKey* base, const OrvaneStoreName* path);
 
-    /// Make the calls of this thread up to `commit` or `rollback` one transaction.
+    /// Make the calls of this thread up to `commit` or `rollback` one transaction. Each root's
+    /// part is done or not done, and a failure may come between them: `committed` gets a bit,
+    /// 1 << root, for each root whose part lasts.
     uint32_t (*begin)(void);
-    uint32_t (*commit)(void);
+    uint32_t (*commit)(uint32_t* committed);
     uint32_t (*rollback)(void);
     /// Within a transaction: from here to its end nobody else changes a root, so that what is found
     /// there, or isn't, stays so. Does nothing in a root that isn't there or that this user may not

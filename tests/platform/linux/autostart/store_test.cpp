@@ -15,6 +15,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <sstream>
 #include <string>
@@ -119,12 +120,22 @@ std::uint32_t fakeBegin() {
     fake.open = true;
     return 0;
 }
-std::uint32_t fakeCommit() {
+// As the real one, the machine's part first.
+std::uint32_t fakeCommit(std::uint32_t* committed) {
     if (fake.beforeCommit) fake.beforeCommit();
+    *committed = 0;
     const auto code = fake.call("commit");
-    if (code != 0) fake.values = fake.before;
+    const bool usersFails = fake.failing == "commit of the user's";
+    if (code == 0) *committed |= 1u << ORVANE_STORE_MACHINE;
+    if (code == 0 && !usersFails) *committed |= 1u << ORVANE_STORE_USER;
+    for (const std::int32_t root : {ORVANE_STORE_USER, ORVANE_STORE_MACHINE}) {
+        if ((*committed >> root & 1) != 0) continue;
+        const auto isOfRoot = [&](const auto& value) { return value.first.first == root; };
+        std::erase_if(fake.values, isOfRoot);
+        std::ranges::copy_if(fake.before, std::inserter(fake.values, fake.values.end()), isOfRoot);
+    }
     fake.open = false;
-    return code;
+    return usersFails ? kSomeFailure : code;
 }
 std::uint32_t fakeRollback() {
     fake.values = fake.before;
@@ -213,6 +224,11 @@ protected:
         const OrvaneStoreKey at{ORVANE_STORE_USER, 7, start.store.folded, start.store.units};
         return onlyEmpty ? theStore()->deleteEmpty(&at, &path.store)
                          : theStore()->deleteTree(&at, &path.store);
+    }
+
+    static std::uint32_t commit() {
+        std::uint32_t committed = 0;
+        return theStore()->commit(&committed);
     }
 
     fs::path folder(const char* scope) const { return folder_.path() / scope / "autostart"; }
@@ -437,7 +453,7 @@ TEST_F(AutostartStore, EntryChangedTwiceInATransactionComesBackAsItWas) {
     remove(u"App");
     set(u"App", u"third");
     fake.failing = "commit";
-    EXPECT_EQ(theStore()->commit(), kSomeFailure);
+    EXPECT_EQ(commit(), kSomeFailure);
     EXPECT_THAT(entries(), ElementsAre("orvane-user-app.desktop"));
     EXPECT_THAT(entry("orvane-user-app.desktop"), HasSubstr("Exec=first\n"));
 }
@@ -485,7 +501,7 @@ TEST_F(KilledAutostartStore, EntryWithoutItsValueGoesWithATransaction) {
     theStore()->begin();
     EXPECT_EQ(remove(u"App"), kErrorFileNotFound);
     EXPECT_THAT(entries(), ElementsAre("orvane-user-app.desktop"));
-    EXPECT_EQ(theStore()->commit(), 0U);
+    EXPECT_EQ(commit(), 0U);
     EXPECT_THAT(entries(), IsEmpty());
 }
 
@@ -554,7 +570,7 @@ TEST_F(AutostartStore, EntriesOfATransactionWaitForItsCommit) {
     EXPECT_EQ(set(u"B", u"y"), 0U);
     EXPECT_EQ(remove(u"B"), 0U);
     EXPECT_THAT(entries(), IsEmpty());
-    EXPECT_EQ(theStore()->commit(), 0U);
+    EXPECT_EQ(commit(), 0U);
     EXPECT_THAT(entries(), ElementsAre("orvane-user-a.desktop"));
     EXPECT_THAT(fake.calls, ElementsAre("begin", "set", "set", "claim", "deleteValue", "commit"));
 }
@@ -584,7 +600,7 @@ TEST_F(AutostartStore, CommitWhoseEntriesCannotBeMadeUndoesAll) {
     set(u"B", u"y");
     set(u"C", u"z", ORVANE_STORE_MACHINE);
     blockEntries("machine");
-    EXPECT_NE(theStore()->commit(), 0U);
+    EXPECT_NE(commit(), 0U);
     EXPECT_EQ(fake.values.size(), 1U);
     EXPECT_THAT(entries(), ElementsAre("orvane-user-a.desktop"));
     EXPECT_THAT(entry("orvane-user-a.desktop"), HasSubstr("Exec=old\n"));
@@ -596,9 +612,26 @@ TEST_F(AutostartStore, FailedCommitUndoesItsEntries) {
     set(u"A", u"new");
     set(u"B", u"y");
     fake.failing = "commit";
-    EXPECT_EQ(theStore()->commit(), kSomeFailure);
+    EXPECT_EQ(commit(), kSomeFailure);
     EXPECT_THAT(entries(), ElementsAre("orvane-user-a.desktop"));
     EXPECT_THAT(entry("orvane-user-a.desktop"), HasSubstr("Exec=old\n"));
+}
+
+TEST_F(AutostartStore, EntriesOfTheRootThatWasCommittedStay) {
+    set(u"A", u"old");
+    set(u"A", u"old", ORVANE_STORE_MACHINE);
+    theStore()->begin();
+    set(u"A", u"new");
+    set(u"B", u"new");
+    set(u"A", u"new", ORVANE_STORE_MACHINE);
+    set(u"B", u"new", ORVANE_STORE_MACHINE);
+    fake.failing = "commit of the user's";
+    EXPECT_EQ(commit(), kSomeFailure);
+    EXPECT_THAT(entries(), ElementsAre("orvane-user-a.desktop"));
+    EXPECT_THAT(entry("orvane-user-a.desktop"), HasSubstr("Exec=old\n"));
+    EXPECT_THAT(entries("machine"),
+                ElementsAre("orvane-machine-a.desktop", "orvane-machine-b.desktop"));
+    EXPECT_THAT(entry("orvane-machine-a.desktop", "machine"), HasSubstr("Exec=new\n"));
 }
 
 TEST_F(AutostartStore, ValueThatFailsInATransactionHasNoEntry) {
@@ -606,7 +639,7 @@ TEST_F(AutostartStore, ValueThatFailsInATransactionHasNoEntry) {
     fake.failing = "set";
     EXPECT_EQ(set(u"A", u"x"), kSomeFailure);
     fake.failing.clear();
-    EXPECT_EQ(theStore()->commit(), 0U);
+    EXPECT_EQ(commit(), 0U);
     EXPECT_THAT(entries(), IsEmpty());
 }
 
