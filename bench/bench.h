@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <string>
@@ -9,34 +10,48 @@
 /// Small timing for benchmarks that compare two ways of doing the same in one run.
 namespace orvane::bench {
 
-/// The best of several runs of `action`, in nanoseconds for one of its `repetitions`.
-///
-/// The best, not the mean: whatever else the machine does can only add time.
+/// One run of `action`, in nanoseconds for one of its `repetitions`.
 template <class Action>
-double bestTime(Action&& action, int runs = 7, int repetitions = 1) {
+double timeOf(Action&& action, int repetitions = 1) {
     using Clock = std::chrono::steady_clock;
-    double best = 1e300;
-    for (int run = 0; run < runs; ++run) {
-        const auto start = Clock::now();
-        for (int i = 0; i < repetitions; ++i)
-            action();
-        const double time = std::chrono::duration<double, std::nano>(Clock::now() - start).count();
-        best = std::min(best, time / repetitions);
-    }
-    return best;
+    const auto start = Clock::now();
+    for (int i = 0; i < repetitions; ++i)
+        action();
+    return std::chrono::duration<double, std::nano>(Clock::now() - start).count() / repetitions;
 }
 
-/// Times two actions in turns, so that a slow stretch of the machine meets both.
-template <class Ours, class Theirs>
-std::pair<double, double> bestTimes(Ours&& ours, Theirs&& theirs, int runs = 7,
-                                    int repetitions = 1) {
-    double best = 1e300;
-    double peer = 1e300;
+/// The one in the middle; of an even number the mean of the two.
+inline double median(std::vector<double> times) {
+    std::ranges::sort(times);
+    const std::size_t middle = times.size() / 2;
+    return times.size() % 2 == 1 ? times[middle] : (times[middle - 1] + times[middle]) / 2;
+}
+
+/// The medians of several runs of each action, taken in turns, so that a slow stretch of the
+/// machine meets all of them.
+template <class... Actions>
+std::array<double, sizeof...(Actions)> mediansInTurns(int runs, int repetitions,
+                                                      Actions&&... actions) {
+    std::array<std::vector<double>, sizeof...(Actions)> times;
     for (int run = 0; run < runs; ++run) {
-        best = std::min(best, bestTime(ours, 1, repetitions));
-        peer = std::min(peer, bestTime(theirs, 1, repetitions));
+        std::size_t turn = 0;
+        (times[turn++].push_back(timeOf(actions, repetitions)), ...);
     }
-    return {best, peer};
+    std::array<double, sizeof...(Actions)> medians{};
+    std::ranges::transform(times, medians.begin(), median);
+    return medians;
+}
+
+/// The median of several runs of `action`, in nanoseconds for one of its `repetitions`.
+template <class Action>
+double medianTime(Action&& action, int runs = 7, int repetitions = 1) {
+    return mediansInTurns(runs, repetitions, action)[0];
+}
+
+/// The medians of two actions that are timed in turns.
+template <class Ours, class Theirs>
+std::array<double, 2> medianTimes(Ours&& ours, Theirs&& theirs, int runs = 7, int repetitions = 1) {
+    return mediansInTurns(runs, repetitions, ours, theirs);
 }
 
 /// A file of the build's `bin` folder, which lies beside the benchmarks' own.

@@ -9,7 +9,7 @@
 
 namespace {
 
-using orvane::bench::bestTimes;
+using orvane::bench::medianTimes;
 using orvane::bench::printRatio;
 
 constexpr int kCalls = 1000000;
@@ -45,7 +45,7 @@ struct LateCall {
 void earlyBound(_TestProbe& probe) {
     Plain plain;
     Plain* volatile peer = &plain;
-    const auto [own, virtualCall] = bestTimes(
+    const auto [own, virtualCall] = medianTimes(
         [&] {
             TestShape next{};
             probe.NextShape(TestShape{}, &next);
@@ -73,7 +73,7 @@ void lateBound(_TestProbe& probe) {
         VARIANT result{};
         info->Invoke(&probe, call.id, DISPATCH_METHOD, &parameters, &result, nullptr, nullptr);
     };
-    const auto [own, typeInfo] = bestTimes(invoke, throughTypeInfo, 7, kCalls / 4);
+    const auto [own, typeInfo] = medianTimes(invoke, throughTypeInfo, 7, kCalls / 4);
     printRatio("late-bound call, member known", own, "ITypeInfo::Invoke", typeInfo);
     info->Release();
 }

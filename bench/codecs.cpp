@@ -243,7 +243,7 @@ int main(int count, char** arguments) {
             orvane::Ref<orvane::PictureInfo> info;
             if (library->LoadPictureEx(wide, info).isNothing()) std::exit(1);
         };
-        const auto [own, peer] = orvane::bench::bestTimes(
+        const auto [own, peer] = orvane::bench::medianTimes(
             ours, [&] { one.read(path.c_str()); }, 5);
         orvane::bench::printRatio(one.name, own, one.peer, peer);
         orvane::bench::printPeakOfDecoder(host, path, one.channels * kSize * kSize);

@@ -13,7 +13,7 @@ namespace {
 
 using namespace orvane::platform;
 using orvane::COffscreenPicture;
-using orvane::bench::bestTimes;
+using orvane::bench::medianTimes;
 using orvane::bench::printRatio;
 
 constexpr std::int32_t kWidth = 1920;
@@ -30,11 +30,11 @@ void copies() {
     std::vector<std::uint8_t> to(kBytes);
     const auto memory = [&] { std::memcpy(to.data(), from.data(), kBytes); };
     const auto [copy, peer] =
-        bestTimes([&] { target.PaintPicture2(source, 0, 0, -1, -1, 0, 0, kSrcCopy); }, memory);
+        medianTimes([&] { target.PaintPicture2(source, 0, 0, -1, -1, 0, 0, kSrcCopy); }, memory);
     printRatio("BitBlt, plain copy, 1920 x 1080", copy, "memcpy", peer);
     const auto [fill, fillPeer] =
-        bestTimes([&] { target.PaintPicture2(source, 0, 0, -1, -1, 0, 0, kPatCopy); },
-                  [&] { std::memset(to.data(), 7, kBytes); });
+        medianTimes([&] { target.PaintPicture2(source, 0, 0, -1, -1, 0, 0, kPatCopy); },
+                    [&] { std::memset(to.data(), 7, kBytes); });
     printRatio("BitBlt, brush, 1920 x 1080", fill, "memset", fillPeer);
 }
 
@@ -42,15 +42,16 @@ void pictures() {
     COffscreenPicture surface;
     surface.Create(kWidth, kHeight, 0x332211);
     const auto [create, createPeer] =
-        bestTimes([] { COffscreenPicture().Create(kWidth, kHeight, 0x332211); },
-                  [] { std::vector<std::uint8_t>(kBytes, 7); });
+        medianTimes([] { COffscreenPicture().Create(kWidth, kHeight, 0x332211); },
+                    [] { std::vector<std::uint8_t>(kBytes, 7); });
     printRatio("Create, 1920 x 1080", create, "a filled vector", createPeer);
     std::vector<std::uint8_t> from(kBytes, 1);
     const auto copy = [&] { const std::vector<std::uint8_t> copied(from); };
-    const auto [read, readPeer] = bestTimes([&] { const auto picture = surface.Picture(); }, copy);
+    const auto [read, readPeer] =
+        medianTimes([&] { const auto picture = surface.Picture(); }, copy);
     printRatio("Picture, 1920 x 1080", read, "a copied vector", readPeer);
     // On Linux a picture shares the surface's pixels until this.
-    const auto [drawn, drawnPeer] = bestTimes(
+    const auto [drawn, drawnPeer] = medianTimes(
         [&] {
             const auto picture = surface.Picture();
             gdi32.Rectangle(surface.hDC(), 0, 0, 1, 1);

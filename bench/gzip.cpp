@@ -17,7 +17,7 @@
 
 namespace {
 
-using orvane::bench::bestTimes;
+using orvane::bench::medianTimes;
 using orvane::bench::printRatio;
 
 /// Words as a text has them: short ones often, in lines.
@@ -83,9 +83,9 @@ void measureCrc(const std::string& text, const char* what, int repetitions) {
     const auto ours = [&] { sink = static_cast<std::uint32_t>(cCRC32().GetByteArrayCrc32(bytes)); };
     const auto slices = [&] { sink = crc::bySlices(0, bytes.elements()); };
     const auto theirs = [&] { sink = zlibCrc(text); };
-    const auto [own, peer] = bestTimes(ours, theirs, 9, repetitions);
+    const auto [own, peer] = medianTimes(ours, theirs, 9, repetitions);
     printRatio(what, own, "zlib crc32", peer);
-    const auto [plain, again] = bestTimes(slices, theirs, 5, repetitions);
+    const auto [plain, again] = medianTimes(slices, theirs, 5, repetitions);
     printRatio("    without carry-less multiplication", plain, "zlib crc32", again);
 }
 
@@ -113,7 +113,7 @@ void measureMember(const std::string& text, const char* what) {
         }
         if (::crc32(0, out.data(), static_cast<uInt>(size)) != crc) std::exit(1);
     };
-    const auto [own, peer] = bestTimes(ours, theirs, 7);
+    const auto [own, peer] = medianTimes(ours, theirs, 7);
     printRatio(what, own, "uncompress + crc32", peer);
     if (archive->UncompressedData().size() != text.size()) std::exit(1);
 }

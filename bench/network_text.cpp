@@ -14,8 +14,8 @@
 namespace {
 
 using namespace orvane;
-using bench::bestTime;
-using bench::bestTimes;
+using bench::medianTime;
+using bench::medianTimes;
 using bench::printRatio;
 
 constexpr std::size_t kMebi = 1U << 20;
@@ -32,8 +32,8 @@ std::u16string repeated(std::u16string_view piece, std::size_t length) {
 /// How much longer `work` takes for more input.
 template <class Work>
 void printGrowth(const char* what, std::size_t small, std::size_t large, Work work) {
-    const double few = bestTime([&] { work(small); }, 5);
-    const double many = bestTime([&] { work(large); }, 5);
+    const double few = medianTime([&] { work(small); }, 5);
+    const double many = medianTime([&] { work(large); }, 5);
     std::printf("%-44s %10s   %5.1f x the input %10s   %.1f x the time\n", what,
                 bench::readable(few).c_str(),
                 static_cast<double>(large) / static_cast<double>(small),
@@ -44,8 +44,8 @@ template <class Ours, class Peer>
 void compare(const char* what, const char* peer, const std::u16string& text, Ours ours,
              Peer theirs) {
     if (!(ours(text) == theirs(text))) std::exit(1);
-    const auto times = bestTimes([&] { ours(text); }, [&] { theirs(text); });
-    printRatio(what, times.first, peer, times.second);
+    const auto [own, peerTime] = medianTimes([&] { ours(text); }, [&] { theirs(text); });
+    printRatio(what, own, peer, peerTime);
 }
 
 /// What an element of `buildForm` adds to the form.

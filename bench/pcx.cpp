@@ -65,16 +65,14 @@ int main(int, char** arguments) {
         file.write(makeFile(variant));
         const auto ours = [&] { loadPicture(*library, file.widePath()); };
         const auto freeImage = [&] { readWithFreeImage(FIF_PCX, file.path()); };
-        const auto [own, peer] = bestTimes(ours, freeImage, 7);
-        if (variant.planes == 1) {
-            const auto colours = [&] { readColoursWithFreeImage(FIF_PCX, file.path()); };
-            printRatio(variant.name, own, "FreeImage, 8 bits", peer);
-            printRatio("", own, "made 24 bits", bestTime(colours, 7));
-        } else {
-            printRatio(variant.name, own, "FreeImage", peer);
-        }
-        const auto magick = bestTime([&] { readWithGraphicsMagick("pcx", file.path()); }, 2);
-        printRatio("", own, "GraphicsMagick", magick);
+        const auto colours = [&] { readColoursWithFreeImage(FIF_PCX, file.path()); };
+        const auto magick = [&] { readWithGraphicsMagick("pcx", file.path()); };
+        const auto [own, freeImageTime, coloursTime, magickTime] =
+            mediansInTurns(7, 1, ours, freeImage, colours, magick);
+        const bool indexed = variant.planes == 1;
+        printRatio(variant.name, own, indexed ? "FreeImage, 8 bits" : "FreeImage", freeImageTime);
+        if (indexed) printRatio("", own, "made 24 bits", coloursTime);
+        printRatio("", own, "GraphicsMagick", magickTime);
         printPeakOfDecoder(builtFile(arguments[0], "orvane"), file.path(), 3L * kSize * kSize);
     }
     FreeImage_DeInitialise();

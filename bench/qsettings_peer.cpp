@@ -31,8 +31,8 @@ int main() {
         read += static_cast<std::size_t>(settings.value(key).toString().size());
     };
     save();
-    const double loading = orvane::bench::bestTime(load, 20, 50);
-    const double saving = orvane::bench::bestTime(save, 20, 20);
+    const double loading = orvane::bench::medianTime(load, 20, 50);
+    const double saving = orvane::bench::medianTime(save, 20, 20);
     if (read == 0 || settings.status() != QSettings::NoError) return 1;
     std::printf("%.0f %.0f\n", loading, saving);
     return 0;

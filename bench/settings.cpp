@@ -21,8 +21,8 @@
 
 namespace {
 
-using orvane::bench::bestTime;
 using orvane::bench::Figures;
+using orvane::bench::medianTime;
 using orvane::host::Text;
 
 constexpr int kVersions = 100;
@@ -92,12 +92,12 @@ Figures measured(orvane::host::Library& library) {
     Figures figures;
     Application one(library, u"Orvane bench");
     one.save(1, 0);
-    figures.load = bestTime([&] { one.load(1, 0); }, 20, 200);
-    figures.save = bestTime([&] { one.save(1, 0); }, 20, 200);
+    figures.load = medianTime([&] { one.load(1, 0); }, 20, 200);
+    figures.save = medianTime([&] { one.save(1, 0); }, 20, 200);
     Application many(library, u"Orvane bench of versions");
     for (int version = 0; version < kVersions; ++version)
         many.save(1 + version / 10, version % 10);
-    figures.fallback = bestTime([&] { many.load(99, 0); }, 20, 5);
+    figures.fallback = medianTime([&] { many.load(99, 0); }, 20, 5);
     return figures;
 }
 

@@ -15,8 +15,8 @@ namespace {
 
 using orvane::Array;
 using orvane::WString;
-using orvane::bench::bestTime;
-using orvane::bench::bestTimes;
+using orvane::bench::medianTime;
+using orvane::bench::medianTimes;
 using orvane::bench::printRatio;
 
 constexpr std::size_t kCount = 100000;
@@ -77,11 +77,11 @@ public:
         const auto library = [&] { sortWithLibrary(*sorter_, filled()); };
         const auto standard = [&] { std::ranges::sort(filled().elements()); };
         const auto goingOn = [&] { scalar<true>(); };
-        const auto [own, peer] = bestTimes(library, standard);
+        const auto [own, peer] = medianTimes(library, standard);
         printRatio(name_, own, "std::sort", peer);
-        const auto [again, scalarTime] = bestTimes(library, goingOn);
+        const auto [again, scalarTime] = medianTimes(library, goingOn);
         printRatio("", again, "scalar, going on", scalarTime);
-        if (slow) printRatio("", own, "scalar form", bestTime([&] { scalar<false>(); }, 1));
+        if (slow) printRatio("", own, "scalar form", medianTime([&] { scalar<false>(); }, 1));
     }
 
 private:

@@ -47,10 +47,10 @@ int main(int, char** arguments) {
         const auto object = library.create<_orvMain>();
         printForeignLibraries();
     }
-    const double first = orvane::bench::bestTime(loadAndCreate, 1);
+    const double first = orvane::bench::medianTime(loadAndCreate, 1);
     std::printf("load, create and release orvMain, first time: %s\n",
                 orvane::bench::readable(first).c_str());
-    const auto [own, peer] = orvane::bench::bestTimes(loadAndCreate, loadPeer, 30);
+    const auto [own, peer] = orvane::bench::medianTimes(loadAndCreate, loadPeer, 30);
     orvane::bench::printRatio("load, create and release orvMain", own, "dlopen of libjpeg", peer);
     return 0;
 }

@@ -9,11 +9,13 @@
 #include <cstdlib>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
 
-using orvane::bench::bestTimes;
+using orvane::bench::median;
 using orvane::bench::printRatio;
+using orvane::bench::timeOf;
 
 constexpr std::size_t kUnits = 16;
 constexpr std::size_t kPieces = 1000;
@@ -50,19 +52,17 @@ int main(int, char** arguments) {
     blank.vt = VT_I4;
     blank.lVal = ' ';
     Storage storage;
-    double own = 1e300;
-    double copy = 1e300;
+    std::vector<double> own;
+    std::vector<double> copy;
     for (int run = 0; run < kRuns; ++run) {
         must(buffer->Alloc(kUnits * kPieces + 1, blank));
         storage.used = 0;
-        const auto times = bestTimes([&] { must(buffer->AddText(piece)); },
-                                     [&] { storage.add(piece.view()); }, 1, kPieces);
-        own = std::min(own, times.first);
-        copy = std::min(copy, times.second);
+        own.push_back(timeOf([&] { must(buffer->AddText(piece)); }, kPieces));
+        copy.push_back(timeOf([&] { storage.add(piece.view()); }, kPieces));
     }
     orvane::host::Text text;
     must(buffer->get_Value(text.receive()));
     if (text.view() != storage.text) return 1;
-    printRatio("AddText of 16 units in place", own, "copy into u16string", copy);
+    printRatio("AddText of 16 units in place", median(own), "copy into u16string", median(copy));
     return 0;
 }
