@@ -494,34 +494,44 @@ TEST(EmfDrawing, AFloodGoesAsFarAsItsColour) {
     EXPECT_THAT(drawn(file, 4, 1), ElementsAre("rrb."));
 }
 
-TEST(EmfDrawing, TextStandsWhereItIsAligned) {
-    const auto ink = [](std::int64_t align) {
-        Drawing file(200, 40);
-        Words font;
-        font.u32(2).u32(-24).u32(0).u32(0).u32(0).u32(400).u32(0).u32(0);
-        for (const char letter : {'A', 'r', 'i', 'a', 'l'})
-            font.u16(letter);
-        file.record(kCreateFont, font.add(std::string(320 - font.bytes().size(), '\0')).bytes());
-        file.record(kSelectObject, {2}).record(kSetBkMode, {1}).record(kSetTextAlign, {align});
-        Words text;
-        text.u32(0).u32(0).u32(0).u32(0).u32(1).f32(1).f32(1).u32(100).u32(4).u32(3).u32(76).u32(0);
-        text.u32(0).u32(0).u32(-1).u32(-1).u32(0).u16('H').u16('H').u16('H');
-        file.record(kExtTextOutW, text.bytes());
-        int first = 200;
-        int last = -1;
-        for (const std::string& row : drawn(file, 200, 40)) {
-            for (int x = 0; x < 200; ++x) {
-                if (row[static_cast<std::size_t>(x)] == '.') continue;
-                first = std::min(first, x);
-                last = std::max(last, x);
-            }
+/// The columns that letters cover: three capital ones at 100, in a picture of 200 by 40 units that
+/// is drawn `width` pixels wide. Mode 1 is the compatible one, 2 the advanced one.
+std::pair<int, int> inkOf(std::int64_t align, int width, std::uint32_t mode = 1) {
+    Drawing file(200, 40);
+    Words font;
+    font.u32(2).u32(-24).u32(0).u32(0).u32(0).u32(400).u32(0).u32(0);
+    for (const char letter : {'A', 'r', 'i', 'a', 'l'})
+        font.u16(letter);
+    file.record(kCreateFont, font.add(std::string(320 - font.bytes().size(), '\0')).bytes());
+    file.record(kSelectObject, {2}).record(kSetBkMode, {1}).record(kSetTextAlign, {align});
+    Words text;
+    text.u32(0).u32(0).u32(0).u32(0).u32(mode).f32(1).f32(1).u32(100).u32(4).u32(3).u32(76).u32(0);
+    text.u32(0).u32(0).u32(-1).u32(-1).u32(0).u16('H').u16('H').u16('H');
+    file.record(kExtTextOutW, text.bytes());
+    int first = width;
+    int last = -1;
+    for (const std::string& row : drawn(file, width, 40)) {
+        for (int x = 0; x < width; ++x) {
+            if (row[static_cast<std::size_t>(x)] == '.') continue;
+            first = std::min(first, x);
+            last = std::max(last, x);
         }
-        return std::pair{first, last};
-    };
-    EXPECT_GE(ink(0).first, 100);
-    EXPECT_GT(ink(0).second, 130);
-    EXPECT_LE(ink(2).second, 100);
-    EXPECT_NEAR(ink(6).first + ink(6).second, 200, 4);
+    }
+    return {first, last};
+}
+
+TEST(EmfDrawing, TextStandsWhereItIsAligned) {
+    EXPECT_GE(inkOf(0, 200).first, 100);
+    EXPECT_GT(inkOf(0, 200).second, 130);
+    EXPECT_LE(inkOf(2, 200).second, 100);
+    EXPECT_NEAR(inkOf(6, 200).first + inkOf(6, 200).second, 200, 4);
+}
+
+TEST(EmfDrawing, TheCompatibleModeKeepsTheShapeOfLetters) {
+    const auto [left, right] = inkOf(0, 200);
+    const auto [wideLeft, wideRight] = inkOf(0, 400, 1);
+    EXPECT_NEAR(wideLeft, 2 * left, 4);
+    EXPECT_NEAR(wideRight - wideLeft, right - left, 2);
 }
 
 TEST(EmfDrawing, BoxesHaveTheirRightAndBottomEdge) {
@@ -554,6 +564,14 @@ TEST(EmfDrawing, CommentsAndUnknownRecordsAreLeftOut) {
 }
 
 #ifndef _WIN32
+
+// Wine stretches the letters of some files and not those of this one.
+TEST(EmfDrawing, TheAdvancedModeStretchesLetters) {
+    const auto [left, right] = inkOf(0, 200);
+    const auto [wideLeft, wideRight] = inkOf(0, 400, 2);
+    EXPECT_NEAR(wideLeft, 2 * left, 4);
+    EXPECT_NEAR(wideRight - wideLeft, 2 * (right - left), 5);
+}
 
 // Wine draws nothing for this record.
 TEST(EmfDrawing, OneColourOfAnImageStaysAway) {

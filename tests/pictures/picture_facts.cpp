@@ -1,10 +1,12 @@
 // picture_facts FOLDER OUT: loads every file below FOLDER with LoadPictureEx and prints a line for
 // each, with tabs between: its name, the error's number or 0, type, width, height and depth. The
-// pixels of bitmaps go to OUT, a file for each line under its number: red, green, blue, rows from
-// the top. Transparent parts show the same colour on every system.
+// pixels of bitmaps, and those of metafiles drawn into a square, go to OUT, a file for each line
+// under its number: red, green, blue, rows from the top. Transparent parts show the same colour on
+// every system.
 
 #include "frame/values/codepage.h"
 #include "pictures/LoadPictureEx.h"
+#include "pictures/drawn_picture.h"
 #include "pictures/picture_pixels.h"
 #include "platform/user32.h"
 #include "support/recorder.h"
@@ -48,6 +50,18 @@ void writePixels(const Picture& picture, const fs::path& path) {
     }
 }
 
+void writeDrawing(const fs::path& metafile, const fs::path& path) {
+    constexpr int kSide = 400;
+    std::ifstream in(metafile, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(in), {}};
+    std::ofstream out(path, std::ios::binary);
+    for (const std::uint32_t pixel : test::drawnPixels(bytes, kSide, kSide)) {
+        out.put(static_cast<char>(pixel >> 16));
+        out.put(static_cast<char>(pixel >> 8));
+        out.put(static_cast<char>(pixel));
+    }
+}
+
 void report(const fs::path& path, const std::string& name, const fs::path& pixels) {
     Ref<PictureInfo> info;
     Picture picture;
@@ -61,7 +75,12 @@ void report(const fs::path& path, const std::string& name, const fs::path& pixel
     std::printf("%s\t%d\t%d\t%d\t%d\t%d\n", name.c_str(), number,
                 known ? static_cast<int>(info->PictureType()) : 0, known ? info->Width() : 0,
                 known ? info->Height() : 0, known ? info->ImageBPP() : 0);
-    if (number == 0 && picture.type() == Picture::Type::bitmap) writePixels(picture, pixels);
+    if (number != 0) return;
+    if (picture.type() == Picture::Type::bitmap) writePixels(picture, pixels);
+    if (picture.type() == Picture::Type::metafile ||
+        picture.type() == Picture::Type::enhancedMetafile) {
+        writeDrawing(path, pixels);
+    }
 }
 
 }  // namespace

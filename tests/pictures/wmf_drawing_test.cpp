@@ -510,6 +510,15 @@ TEST(WmfDrawing, TextCanBeCutToABox) {
     EXPECT_GT(right, 30);
 }
 
+TEST(WmfDrawing, LettersKeepTheirShapeInAWindowThatIsStretchedOneWay) {
+    Drawing file = textFile(0, 100);
+    file.record(kTextOut, textOut(20, 4, "H"));
+    const auto [left, right] = inkOf(file, 100, 40);
+    const auto [wideLeft, wideRight] = inkOf(file, 200, 40);
+    EXPECT_NEAR(wideLeft, 2 * left, 4);
+    EXPECT_NEAR(wideRight - wideLeft, right - left, 1);
+}
+
 TEST(WmfDrawing, TextIsReadInTheCodePageOfItsFont) {
     // 0xC8 is a Cyrillic letter in the font's character set, as wide as any other capital letter.
     Drawing file = textFile(0);

@@ -1,7 +1,9 @@
 """orvane picture convert: what it writes is the picture, and a failure leaves nothing."""
 
 import os
+import pathlib
 import resource
+import shutil
 import subprocess
 
 import pictures
@@ -93,6 +95,21 @@ class PictureConvert(ToolCase):
         drawn = pictures.read_bmp(self.convert('a.wmf', 'a.bmp'))
         self.assertEqual((len(drawn[0]), len(drawn)), (480, 240))
         self.assertEqual({pixel for row in drawn[5:-5] for pixel in row[5:-5]}, {(200, 100, 50)})
+
+    @natively
+    def test_without_the_player_metafiles_are_not_drawn(self):
+        bin_folder = pathlib.Path(tool_case.tool[0]).parent
+        for name in ('orvane', 'libOrvaneBase0301.so', 'libOrvanePictures.so'):
+            shutil.copy(bin_folder / name, self.folder)
+        self.write('a.wmf', pictures.metafile())
+        self.write('a.tga', pictures.tga(pictures.pattern(2, 2)))
+        tool = str(self.folder / 'orvane')
+        status, output, errors = self.captured([tool, 'picture', 'convert', 'a.wmf', 'a.bmp'])
+        self.assertEqual((status, output, errors.decode()),
+                         (1, b'', "orvane: a.wmf: Windows metafile: can't be drawn on this system\n"))
+        self.assertEqual(self.captured([tool, 'picture', 'convert', 'a.tga', 'b.bmp'])[0], 0)
+        status, output, errors = self.captured([tool, 'picture', 'info', 'a.wmf'])
+        self.assertEqual((status, errors), (0, b''))
 
     def test_a_missing_folder(self):
         self.write('a.tga', pictures.tga(pictures.pattern(2, 2)))

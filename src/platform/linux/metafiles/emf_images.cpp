@@ -20,6 +20,11 @@ constexpr std::uint32_t kPairs = 0x2000;
 
 constexpr std::uint64_t kTextBytes = 40;
 
+/// Records of text tell in which mode they were made.
+bool isAdvanced(const codecs::Reader& record) {
+    return record.u32(24) == 2;
+}
+
 Corners cornersAt(const codecs::Reader& r, std::uint64_t origin, std::uint64_t size) {
     const Point at = emfPointAt(r, origin);
     const Point extent = emfPointAt(r, size);
@@ -93,6 +98,7 @@ void EmfPlayer::drawText(const Reader& record, std::uint64_t at, bool wide) {
     const std::uint64_t textAt = record.u32(at + 12);
     const std::uint32_t options = record.u32(at + 16);
     const std::uint64_t advancesAt = record.u32(at + 36);
+    run.isStretched = isAdvanced(record);
     run.fillsBox = (options & kFillsBox) != 0;
     run.clipsToBox = (options & kClipsToBox) != 0;
     run.box = emfBoxAt(record, at + 20);
@@ -129,6 +135,7 @@ void EmfPlayer::polyTextOutW(const Reader& r) {
 void EmfPlayer::smallTextOut(const Reader& r) {
     TextRun run;
     run.at = emfPointAt(r, 8);
+    run.isStretched = isAdvanced(r);
     const std::uint64_t count = r.u32(16);
     const std::uint32_t options = r.u32(20);
     std::uint64_t at = 36;

@@ -18,7 +18,7 @@ public:
         if (!isUpright_) return;
         const Point first = mapping.toDevice({box.left, box.top});
         const Point second = mapping.toDevice({box.right, box.bottom});
-        const double edge = mapping.includesEdges() ? 0 : 1;
+        const double edge = mapping.isAdvanced() ? 0 : 1;
         box_ = {std::min(first.x, second.x), std::min(first.y, second.y),
                 std::max(first.x, second.x) - edge, std::max(first.y, second.y) - edge};
     }

@@ -57,7 +57,7 @@ cairo_glyph_t glyphOf(cairo_scaled_font_t* font, char32_t letter, double& advanc
 
 }  // namespace
 
-Letters::Letters(const Font& font, const std::u32string& text)
+Letters::Letters(const Font& font, const std::u32string& text, double aspect)
     : face_(cairo_toy_font_face_create(
           faceOf(font), font.isItalic ? CAIRO_FONT_SLANT_ITALIC : CAIRO_FONT_SLANT_NORMAL,
           font.weight > 550 ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL)) {
@@ -70,6 +70,7 @@ Letters::Letters(const Font& font, const std::u32string& text)
     size_ = font.height < 0 ? -font.height : kUsualSize;
     if (font.height > 0) size_ = line > 0 ? font.height / line : font.height;
     size_ = std::min(size_, 1e6);
+    stretch_ = aspect;
     if (font.width != 0) {
         double average = 0;
         glyphOf(scaled.get(), U'x', average);

@@ -12,7 +12,9 @@ namespace orvane::metafiles {
 /// The letters of a text in a font, measured in units of the records.
 class Letters {
 public:
-    Letters(const Font& font, const std::u32string& text);
+    /// `aspect`: the width of letters for the height that they have, 1 for what the font says. A
+    /// font that sets a width has its own.
+    Letters(const Font& font, const std::u32string& text, double aspect);
 
     /// From the place of a letter to that of the next one.
     double advance(std::size_t index) const;

@@ -31,10 +31,11 @@ class Mapping {
 public:
     Mapping() = default;
     Mapping(DeviceSize device, const Matrix& last)
-        : device_(device), last_(last), includesEdges_(true) {}
+        : device_(device), last_(last), isAdvanced_(true) {}
 
-    /// Whether a figure's box has its right and bottom edge: enhanced metafiles are played so.
-    bool includesEdges() const { return includesEdges_; }
+    /// Enhanced metafiles are played in what Windows calls the advanced mode: a figure's box has
+    /// its right and bottom edge.
+    bool isAdvanced() const { return isAdvanced_; }
 
     /// Windows' rules: each mode but anisotropic sets both extents.
     void setMode(std::int32_t mode);
@@ -75,7 +76,7 @@ private:
     Point viewportExtent_{1, 1};
     Matrix world_;
     Matrix last_;
-    bool includesEdges_ = false;
+    bool isAdvanced_ = false;
 };
 
 /// The nearest whole pixel, within what the drawing library can count.

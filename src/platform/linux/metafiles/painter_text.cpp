@@ -97,11 +97,14 @@ void Painter::drawText(const TextRun& run) {
     if (run.clipsToBox)
         intersectClip(Region::ofPath(box, CAIRO_FILL_RULE_WINDING, whole_.bounds()),
                       Region::Mode::both);
-    const Letters letters(state.font, run.text);
+    const Matrix letterMatrix = state.mapping.text();
+    const double aspect = std::abs(letterMatrix.yy / letterMatrix.xx);
+    const bool keepsShape = !run.isStretched && std::isnormal(aspect);
+    const Letters letters(state.font, run.text, keepsShape ? std::clamp(aspect, 0.01, 100.0) : 1);
     const std::vector<Point> places = placesOf(run, letters, state);
     const bool moves = (state.textAlign & kUpdatesPosition) != 0;
     const Point at = toDevice(moves ? state.current : run.at);
-    const Matrix line = turned(state.font.escapement).then(state.mapping.text());
+    const Matrix line = turned(state.font.escapement).then(letterMatrix);
     const double width = places.back().x;
     const Point start =
         line.apply({startOf(width, state.textAlign), baselineOf(letters, state.textAlign)});

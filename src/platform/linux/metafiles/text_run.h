@@ -15,6 +15,9 @@ struct TextRun {
     std::vector<Point> advances;
     /// What is filled with the background colour, or what the letters are cut to.
     Box box;
+    /// Whether letters are stretched as all else is, in place of keeping their shape where a
+    /// picture is stretched one way.
+    bool isStretched = false;
     bool fillsBox = false;
     bool clipsToBox = false;
 };
