@@ -22,7 +22,7 @@ Brush brushOf(std::uint32_t style, ColorRef color, std::uint32_t hatch);
 
 /// The pixels of boxes of units.
 Region regionOf(const Mapping& mapping, const std::vector<Box>& boxes);
-/// The same of boxes of pixels, on their way through `last`.
+/// The same of boxes of pixels.
 Region regionOf(const std::vector<Box>& boxes);
 
 }  // namespace orvane::metafiles

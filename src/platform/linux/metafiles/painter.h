@@ -80,6 +80,9 @@ SurfaceHandle opaque(const Image& image);
 
 Box outset(const Box& box, double by);
 
+/// The pixels of `clip` that `bounds` touches.
+cairo_rectangle_int_t common(const cairo_rectangle_int_t& clip, const Box& bounds);
+
 /// Draws on a canvas as a Windows device context does: hard edges, raster operations, one state.
 ///
 /// Edges are hard because metafiles put areas side by side, and smoothed ones would show the seams.

@@ -1,6 +1,8 @@
 #include "platform/linux/metafiles/painter.h"
 #include "platform/linux/metafiles/raster_operation.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <new>
 
@@ -130,24 +132,43 @@ void Painter::fillGradient(const GradientCorner& first, const GradientCorner& se
     cairo_fill(on.get());
 }
 
+// The drawing library's own meshes are cut into pieces all the way to corners far outside, so the
+// colours are mixed here: each pixel's by how near it is to the corners.
 void Painter::fillGradient(std::span<const GradientCorner, 3> corners) {
-    const ContextHandle on = context(canvas_.get());
-    const PatternHandle colors(cairo_pattern_create_mesh());
-    cairo_mesh_pattern_begin_patch(colors.get());
+    std::array<Point, 3> at;
+    for (std::size_t i = 0; i < 3; ++i)
+        at[i] = toDevice(corners[i].at);
+    const double area =
+        (at[1].y - at[2].y) * (at[0].x - at[2].x) + (at[2].x - at[1].x) * (at[0].y - at[2].y);
     Path path;
-    for (unsigned i = 0; i < 3; ++i) {
-        const Point at = toDevice(corners[i].at);
-        if (i == 0) cairo_mesh_pattern_move_to(colors.get(), at.x, at.y);
-        else cairo_mesh_pattern_line_to(colors.get(), at.x, at.y);
-        cairo_mesh_pattern_set_corner_color_rgb(colors.get(), i, corners[i].red / 65280.0,
-                                                corners[i].green / 65280.0,
-                                                corners[i].blue / 65280.0);
-        if (i == 0) path.moveTo(at);
-        else path.lineTo(at);
+    path.addLines(at, true);
+    const cairo_rectangle_int_t part = common(state.clip.bounds(), path.bounds());
+    if (area == 0 || part.width == 0 || part.height == 0) return;
+    const auto mixed = [&](int x, int y) {
+        const Point from{x + 0.5 - at[2].x, y + 0.5 - at[2].y};
+        const double first = ((at[1].y - at[2].y) * from.x + (at[2].x - at[1].x) * from.y) / area;
+        const double second = ((at[2].y - at[0].y) * from.x + (at[0].x - at[2].x) * from.y) / area;
+        const auto channel = [&](std::uint16_t GradientCorner::*of) {
+            const double value = corners[0].*of * first + corners[1].*of * second +
+                                 corners[2].*of * (1 - first - second);
+            return static_cast<std::uint32_t>(std::clamp(value / 256, 0.0, 255.0));
+        };
+        return channel(&GradientCorner::red) << 16 | channel(&GradientCorner::green) << 8 |
+               channel(&GradientCorner::blue);
+    };
+    const SurfaceHandle colors(
+        cairo_image_surface_create(CAIRO_FORMAT_RGB24, part.width, part.height));
+    unsigned char* const pixels = cairo_image_surface_get_data(colors.get());
+    if (pixels == nullptr) throw std::bad_alloc();
+    for (int y = 0; y < part.height; ++y) {
+        auto* const row = reinterpret_cast<std::uint32_t*>(
+            pixels + std::ptrdiff_t{y} * cairo_image_surface_get_stride(colors.get()));
+        for (int x = 0; x < part.width; ++x)
+            row[x] = mixed(part.x + x, part.y + y);
     }
-    path.close();
-    cairo_mesh_pattern_end_patch(colors.get());
-    cairo_set_source(on.get(), colors.get());
+    cairo_surface_mark_dirty(colors.get());
+    const ContextHandle on = context(canvas_.get());
+    cairo_set_source_surface(on.get(), colors.get(), part.x, part.y);
     path.put(on.get(), 0);
     cairo_fill(on.get());
 }

@@ -62,14 +62,6 @@ cairo_line_join_t joinOf(const Pen& pen, double width) {
     return pen.join == PenJoin::bevel ? CAIRO_LINE_JOIN_BEVEL : CAIRO_LINE_JOIN_ROUND;
 }
 
-cairo_rectangle_int_t common(const cairo_rectangle_int_t& clip, const Box& bounds) {
-    const int left = std::max(clip.x, static_cast<int>(std::floor(bounds.left)));
-    const int top = std::max(clip.y, static_cast<int>(std::floor(bounds.top)));
-    const int right = std::min(clip.x + clip.width, static_cast<int>(std::ceil(bounds.right)));
-    const int bottom = std::min(clip.y + clip.height, static_cast<int>(std::ceil(bounds.bottom)));
-    return {left, top, std::max(right - left, 0), std::max(bottom - top, 0)};
-}
-
 const std::uint32_t* pixelsOf(cairo_surface_t* surface, int y) {
     return reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(surface) +
                                                   std::ptrdiff_t{y} *
@@ -77,6 +69,14 @@ const std::uint32_t* pixelsOf(cairo_surface_t* surface, int y) {
 }
 
 }  // namespace
+
+cairo_rectangle_int_t common(const cairo_rectangle_int_t& clip, const Box& bounds) {
+    const int left = std::max(clip.x, static_cast<int>(std::floor(bounds.left)));
+    const int top = std::max(clip.y, static_cast<int>(std::floor(bounds.top)));
+    const int right = std::min(clip.x + clip.width, static_cast<int>(std::ceil(bounds.right)));
+    const int bottom = std::min(clip.y + clip.height, static_cast<int>(std::ceil(bounds.bottom)));
+    return {left, top, std::max(right - left, 0), std::max(bottom - top, 0)};
+}
 
 Box outset(const Box& box, double by) {
     return {box.left - by, box.top - by, box.right + by, box.bottom + by};
