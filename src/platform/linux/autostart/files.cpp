@@ -89,16 +89,18 @@ ResultCode moveAside(const std::string& path, bool& hadEntry) {
     return ResultCode::success;
 }
 
-/// The text of a file; "" when there is none or it can't be read.
+/// The text of a file, as far as an entry can go; "" when there is none or it can't be read. What
+/// lies in an entry's place may be a link to anything.
 std::string textIn(const std::string& path) {
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0) {
         return {};
     }
+    constexpr std::size_t kLongest = std::size_t{1} << 20;
     std::string text;
     char buffer[4096];
     ssize_t read = 0;
-    while ((read = ::read(descriptor, buffer, sizeof buffer)) > 0) {
+    while (text.size() < kLongest && (read = ::read(descriptor, buffer, sizeof buffer)) > 0) {
         text.append(buffer, static_cast<std::size_t>(read));
     }
     ::close(descriptor);
