@@ -13,13 +13,6 @@ namespace {
 constexpr std::uint32_t kStock = 0x80000000;
 constexpr std::uint32_t kGeometric = 0x00010000;
 
-Brush imageBrush(ImageHandle image) {
-    Brush brush;
-    if (image != nullptr) brush.kind = Brush::Kind::image;
-    brush.image = std::move(image);
-    return brush;
-}
-
 }  // namespace
 
 const Object& EmfPlayer::objectAt(std::uint32_t index) const {
@@ -83,19 +76,15 @@ void EmfPlayer::createMonoBrush(const Reader& r) {
         own->isMonochrome = true;
         image = std::move(own);
     }
-    objects_[r.u32(8)] = imageBrush(std::move(image));
+    objects_[r.u32(8)] = brushOf(std::move(image));
 }
 
 void EmfPlayer::createDibBrush(const Reader& r) {
-    objects_[r.u32(8)] = imageBrush(imageAt(r, 12, 16));
+    objects_[r.u32(8)] = brushOf(imageAt(r, 12, 16));
 }
 
 void EmfPlayer::createPalette(const Reader& r) {
-    Palette palette;
-    const std::uint64_t count = r.u16(14);
-    for (std::uint64_t i = 0; i < count && r.holds(16 + i * 4, 4); ++i)
-        palette.colors.push_back(r.u32(16 + i * 4) & 0xFFFFFF);
-    objects_[r.u32(8)] = std::move(palette);
+    objects_[r.u32(8)] = paletteOf(r.part(16), r.u16(14));
 }
 
 void EmfPlayer::selectPalette(const Reader& r) {
@@ -108,11 +97,7 @@ void EmfPlayer::createFont(const Reader& r) {
     font.width = r.i32(16);
     font.escapement = r.i32(20);
     font.weight = r.i32(28);
-    font.isItalic = r.u8(32) != 0;
-    font.isUnderlined = r.u8(33) != 0;
-    font.isStruckOut = r.u8(34) != 0;
-    font.charset = r.u8(35);
-    font.pitchAndFamily = r.u8(39);
+    readFontStyle(r.part(32), font);
     font.face = utf8FaceName(r.bytes(40, 64));
     objects_[r.u32(8)] = std::move(font);
 }

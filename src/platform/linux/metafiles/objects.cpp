@@ -1,6 +1,7 @@
 #include "platform/linux/metafiles/objects.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace orvane::metafiles {
 
@@ -72,6 +73,28 @@ Brush brushOf(std::uint32_t style, ColorRef color, std::uint32_t hatch) {
     if (style == kNullBrushStyle) brush.kind = Brush::Kind::none;
     else if (style == kHatchedStyle) brush.kind = Brush::Kind::hatched;
     return brush;
+}
+
+Brush brushOf(ImageHandle image) {
+    Brush brush;
+    if (image != nullptr) brush.kind = Brush::Kind::image;
+    brush.image = std::move(image);
+    return brush;
+}
+
+void readFontStyle(const codecs::Reader& style, Font& font) {
+    font.isItalic = style.u8(0) != 0;
+    font.isUnderlined = style.u8(1) != 0;
+    font.isStruckOut = style.u8(2) != 0;
+    font.charset = style.u8(3);
+    font.pitchAndFamily = style.u8(7);
+}
+
+Palette paletteOf(const codecs::Reader& colors, std::size_t count) {
+    Palette palette;
+    for (std::size_t i = 0; i < count && colors.holds(i * 4, 4); ++i)
+        palette.colors.push_back(colors.u32(i * 4) & 0xFFFFFF);
+    return palette;
 }
 
 Region regionOf(const Mapping& mapping, const std::vector<Box>& boxes) {

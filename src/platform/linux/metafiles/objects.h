@@ -20,6 +20,13 @@ Object stockObject(std::uint32_t number);
 Pen simplePen(std::uint32_t style, double width, ColorRef color);
 Brush brushOf(std::uint32_t style, ColorRef color, std::uint32_t hatch);
 
+/// A brush of an image; without one it is white.
+Brush brushOf(ImageHandle image);
+/// The last fields of a font's record: eight bytes from whether it is italic to its family.
+void readFontStyle(const codecs::Reader& style, Font& font);
+/// Colours of four bytes each: red, green, blue and one that means nothing.
+Palette paletteOf(const codecs::Reader& colors, std::size_t count);
+
 /// The pixels of boxes of units.
 Region regionOf(const Mapping& mapping, const std::vector<Box>& boxes);
 /// The same of boxes of pixels.

@@ -18,13 +18,6 @@ std::span<const std::uint8_t> textAt(const codecs::Reader& r, std::uint64_t offs
     return bytes.first(static_cast<std::size_t>(end - bytes.begin()));
 }
 
-Brush imageBrush(ImageHandle image) {
-    Brush brush;
-    if (image != nullptr) brush.kind = Brush::Kind::image;
-    brush.image = std::move(image);
-    return brush;
-}
-
 }  // namespace
 
 void WmfPlayer::add(Object object) {
@@ -68,21 +61,13 @@ void WmfPlayer::createFont(const Reader& r) {
     font.width = r.i16(2);
     font.escapement = r.i16(4);
     font.weight = r.i16(8);
-    font.isItalic = r.u8(10) != 0;
-    font.isUnderlined = r.u8(11) != 0;
-    font.isStruckOut = r.u8(12) != 0;
-    font.charset = r.u8(13);
-    font.pitchAndFamily = r.u8(17);
+    readFontStyle(r.part(10), font);
     font.face = utf8(decoded(textAt(r, 18, 32), font.charset).text);
     add(std::move(font));
 }
 
 void WmfPlayer::createPalette(const Reader& r) {
-    Palette palette;
-    const std::size_t count = r.u16(2);
-    for (std::size_t i = 0; i < count && r.holds(4 + i * 4, 4); ++i)
-        palette.colors.push_back(r.u32(4 + i * 4) & 0xFFFFFF);
-    add(std::move(palette));
+    add(paletteOf(r.part(4), r.u16(2)));
 }
 
 // A region is bands of rows, each with the left and right ends of its runs between two counts.
@@ -104,11 +89,11 @@ void WmfPlayer::createRegion(const Reader& r) {
 
 void WmfPlayer::createPatternBrush(const Reader& r) {
     // Behind the bitmap's 14 bytes lie 18 that mean nothing.
-    add(imageBrush(imageOfDeviceBitmap(r, 32)));
+    add(brushOf(imageOfDeviceBitmap(r, 32)));
 }
 
 void WmfPlayer::createDibPatternBrush(const Reader& r) {
-    add(imageBrush(imageOfPackedDib(r.part(4), r.u16(2), painter_.state.palette.colors)));
+    add(brushOf(imageOfPackedDib(r.part(4), r.u16(2), painter_.state.palette.colors)));
 }
 
 void WmfPlayer::createBitmap(const Reader&) {
