@@ -528,6 +528,19 @@ TEST(WmfDrawing, TextIsReadInTheCodePageOfItsFont) {
     EXPECT_LT(right - left, 30);
 }
 
+TEST(WmfDrawing, LettersOfAnySizeLeaveTheRestOfThePictureAlone) {
+    for (const int height : {-32767, -1, 0, 1, 32767}) {
+        Drawing file(2, 1);
+        Words font;
+        font.u16(height).u16(0).u16(0).u16(0).u16(400).u32(0).u32(0).add("Arial");
+        file.record(kCreateFont, font.bytes()).select(2);
+        // A unit is five hundred pixels while the letters are drawn.
+        file.record(kSaveDC).record(kSetWindowExt, {1, 1}).record(kTextOut, textOut(0, 0, "H"));
+        file.record(kRestoreDC, {-1}).patBlt(0, 0, 2, 1);
+        EXPECT_THAT(drawn(file, 1000, 1)[0], testing::StrEq(std::string(1000, 'r'))) << height;
+    }
+}
+
 TEST(WmfDrawing, LongAndShortFontsDiffer) {
     Drawing file = textFile(0);
     const auto rows = drawn(file.record(kTextOut, textOut(20, 4, "H")), 200, 40);

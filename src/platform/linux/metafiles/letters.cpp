@@ -15,6 +15,12 @@ constexpr double kMeasure = 1000;
 /// Letters of 12 points at 96 pixels an inch, for a font without a height.
 constexpr double kUsualSize = 16;
 
+/// Whether letters can have that size in pixels: smaller ones aren't seen, and the drawing library
+/// loses memory over those that are larger than FreeType takes.
+bool canBeDrawn(double size) {
+    return size >= 0.01 && size <= 16384;
+}
+
 constexpr unsigned kFixedPitch = 1;
 constexpr unsigned kRoman = 0x10;
 constexpr unsigned kModern = 0x30;
@@ -95,9 +101,9 @@ bool Letters::put(cairo_t* context, const std::vector<Point>& places, const Matr
     cairo_matrix_t letters;
     cairo_matrix_init(&letters, way.xx * size_ * stretch_, way.yx * size_ * stretch_,
                       way.xy * size_, way.yy * size_, 0, 0);
-    // Letters of no size, or larger than the drawing library can count.
-    const double determinant = letters.xx * letters.yy - letters.xy * letters.yx;
-    if (!(std::abs(determinant) > 1e-3) || !(std::abs(determinant) < 1e8)) return false;
+    const double width = std::hypot(letters.xx, letters.yx);
+    const double height = std::abs(letters.xx * letters.yy - letters.xy * letters.yx) / width;
+    if (!canBeDrawn(width) || !canBeDrawn(height)) return false;
     const ScaledFontHandle font = scaledFont(face_.get(), letters);
     if (cairo_scaled_font_status(font.get()) != CAIRO_STATUS_SUCCESS) return false;
     std::vector<cairo_glyph_t> glyphs;
