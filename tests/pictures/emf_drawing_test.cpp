@@ -280,6 +280,17 @@ TEST(EmfDrawing, AnArcToBeginsWithALineAndMovesThePosition) {
     EXPECT_FALSE(isDrawn(rows, 4, 10));
 }
 
+TEST(EmfDrawing, AnArcGoesOnWithTheFigureOfAPath) {
+    Drawing file(22, 22);
+    file.record(kBeginPath).record(kMoveTo, {1, 20}).record(kLineTo, {20, 20});
+    file.record(kArcTo, {0, 0, 21, 21, 21, 10, 10, 0}).record(kCloseFigure).record(kEndPath);
+    file.record(kFillPath, {0, 0, 0, 0});
+    const auto rows = drawn(file, 22, 22);
+    EXPECT_EQ(rows[10][10], 'r');
+    EXPECT_EQ(rows[5][15], 'r');
+    EXPECT_EQ(rows[5][3], '.');
+}
+
 TEST(EmfDrawing, AnAngleArcGoesAgainstTheClock) {
     Drawing file(21, 21);
     Words arc;

@@ -104,8 +104,7 @@ void Painter::curvesTo(std::span<const Point> points) {
 void Painter::arcTo(const Path& arc, Point begin, Point end) {
     lineTo(begin);
     if (inBracket_) {
-        path_.append(arc);
-        hasFigure_ = true;
+        path_.continueWith(arc);
     } else {
         strokeOutline(arc);
     }

@@ -33,6 +33,11 @@ void Path::append(const Path& other) {
     elements_.insert(elements_.end(), other.elements_.begin(), other.elements_.end());
 }
 
+void Path::continueWith(const Path& figure) {
+    if (figure.isEmpty()) return;
+    elements_.insert(elements_.end(), figure.elements_.begin() + 1, figure.elements_.end());
+}
+
 Path Path::closed() const {
     Path result;
     bool open = false;

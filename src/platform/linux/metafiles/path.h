@@ -22,6 +22,8 @@ public:
     /// A figure of straight lines.
     void addLines(std::span<const Point> points, bool closed);
     void append(const Path& other);
+    /// Goes on with a figure that begins where this path ends.
+    void continueWith(const Path& figure);
     void clear() { elements_.clear(); }
     bool isEmpty() const { return elements_.empty(); }
     /// Closes every figure that isn't: an area has no open side.
